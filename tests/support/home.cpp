@@ -1,0 +1,111 @@
+#include "support/home.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QSettings>
+#include <QUuid>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QString organisation = u"Quenoli"_s;
+const QString mainStore = u"Quenoli"_s;
+const QString themeStore = u"QuenoliTheme"_s;
+
+QVariant storedValue(const QString &application, const QString &key)
+{
+    QSettings store(organisation, application);
+    store.sync();
+    return store.value(key);
+}
+
+void storeValue(const QString &application, const QString &key, const QVariant &value)
+{
+    QSettings store(organisation, application);
+    store.setValue(key, value);
+    store.sync();
+}
+
+} // namespace
+
+void home::reset()
+{
+    QDir folder(QDir::homePath());
+    folder.removeRecursively();
+    QDir().mkpath(folder.path());
+    for (const QString &application : {mainStore, themeStore}) {
+        QSettings store(organisation, application);
+        store.clear();
+        store.sync();
+    }
+}
+
+QString home::taskFile()
+{
+    return QDir::homePath() + "/rmc.json"_L1;
+}
+
+void home::writeBytes(const QByteArray &bytes)
+{
+    QFile file(taskFile());
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        qFatal("cannot write the task file of the test");
+    }
+}
+
+QByteArray home::bytes()
+{
+    QFile file(taskFile());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void home::blockTaskFile()
+{
+    if (!QDir().mkpath(taskFile())) {
+        qFatal("cannot put a directory in the task file's place");
+    }
+}
+
+QString home::openError()
+{
+    QFile file(taskFile());
+    return file.open(QIODevice::ReadWrite) ? QString() : file.errorString();
+}
+
+void home::writeTasks(const QJsonArray &tasks)
+{
+    writeBytes(QJsonDocument(tasks).toJson(QJsonDocument::Indented));
+}
+
+QJsonArray home::tasks()
+{
+    return QJsonDocument::fromJson(bytes()).array();
+}
+
+QJsonObject home::record(const QString &id, const QString &title)
+{
+    return {{u"id"_s, id}, {u"title"_s, title}, {u"description"_s, u"Descripción de "_s + title},
+        {u"category"_s, u"Trabajo"_s}, {u"dateLimit"_s, u"05-03-2026"_s}, {u"urgency"_s, u"Media"_s}};
+}
+
+QVariant home::preference(const QString &key)
+{
+    return storedValue(mainStore, key);
+}
+
+QVariant home::themePreference(const QString &key)
+{
+    return storedValue(themeStore, key);
+}
+
+void home::setPreference(const QString &key, const QVariant &value)
+{
+    storeValue(mainStore, key, value);
+}
+
+void home::setThemePreference(const QString &key, const QVariant &value)
+{
+    storeValue(themeStore, key, value);
+}

@@ -1,0 +1,51 @@
+#include "support/isolation.h"
+
+#include <QDir>
+#include <QFile>
+#include <QNetworkProxy>
+#include <QStandardPaths>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QString madeFolder(const QTemporaryDir &parent, QLatin1StringView name)
+{
+    const QString path = parent.filePath(name);
+    if (!QDir().mkpath(path)
+        || !QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
+        qFatal("no folder for the test");
+    }
+    return path;
+}
+
+} // namespace
+
+Isolation::Isolation()
+    : m_dir(QDir::tempPath() + "/nbXXXXXX"_L1)
+{
+    if (!m_dir.isValid()) {
+        qFatal("no temporary directory for the test");
+    }
+    qputenv("HOME", QFile::encodeName(madeFolder(m_dir, "home"_L1)));
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(madeFolder(m_dir, "config"_L1)));
+    qputenv("XDG_CONFIG_DIRS", QFile::encodeName(madeFolder(m_dir, "system"_L1)));
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(madeFolder(m_dir, "run"_L1)));
+    qputenv("TMPDIR", QFile::encodeName(madeFolder(m_dir, "tmp"_L1)));
+    qputenv("LC_ALL", "C.UTF-8");
+    qputenv("TZ", "America/Mexico_City");
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+}
+
+SilentNetwork::SilentNetwork()
+{
+    m_proxy.setProxy(QNetworkProxy::NoProxy);
+    if (!m_proxy.listen(QHostAddress::LocalHost)) {
+        qFatal("no local port for the test");
+    }
+    QNetworkProxy::setApplicationProxy(
+        QNetworkProxy(QNetworkProxy::HttpProxy, u"127.0.0.1"_s, m_proxy.serverPort()));
+}

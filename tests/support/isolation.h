@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QTcpServer>
+#include <QTemporaryDir>
+
+/**
+ * A home, settings, temporary and runtime folder of the test's own, with a fixed platform, locale and time
+ * zone.
+ *
+ * Qt caches the settings path on first use and reads the platform when the application object is made, so
+ * this precedes both. The folder has a short name because a local socket's path is limited to 107 bytes.
+ */
+class Isolation final {
+    Q_DISABLE_COPY_MOVE(Isolation)
+public:
+    Isolation();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+/// Sends every request of the process to a proxy that never answers: no network, and no failure to report
+/// either.
+class SilentNetwork final {
+    Q_DISABLE_COPY_MOVE(SilentNetwork)
+public:
+    SilentNetwork();
+
+private:
+    QTcpServer m_proxy;
+};

@@ -1,0 +1,31 @@
+#include "support/messageboxes.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+
+MessageBoxes::MessageBoxes(QMessageBox::StandardButton answer)
+    : m_answer(answer)
+{
+    connect(&m_poll, &QTimer::timeout, this, &MessageBoxes::answerOpenBox);
+    m_poll.start(1);
+}
+
+const QList<ShownBox> &MessageBoxes::shown() const
+{
+    return m_shown;
+}
+
+void MessageBoxes::answerOpenBox()
+{
+    auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    if (!box || !box->isVisible()) {
+        return;
+    }
+    m_shown.append({box->windowTitle(), box->text(), box->icon(), box->standardButtons(), box->styleSheet(),
+        box->iconPixmap().toImage(), box->parentWidget() != nullptr});
+    if (QAbstractButton *button = box->button(m_answer)) {
+        button->click();
+    } else {
+        box->reject();
+    }
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QList>
+#include <QMessageBox>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+/// What a message box showed.
+struct ShownBox {
+    QString title;
+    QString text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
+    QString styleSheet;
+    QImage picture;
+    bool hasParent = false;
+};
+
+/**
+ * Answers every modal message box that opens while it lives and keeps what each one showed.
+ *
+ * Make it before the call that blocks. A box without the wanted button is rejected, as by Escape.
+ */
+class MessageBoxes final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(MessageBoxes)
+public:
+    explicit MessageBoxes(QMessageBox::StandardButton answer = QMessageBox::Ok);
+
+    const QList<ShownBox> &shown() const;
+
+private:
+    void answerOpenBox();
+
+    QMessageBox::StandardButton m_answer;
+    QList<ShownBox> m_shown;
+    QTimer m_poll;
+};

@@ -1,0 +1,39 @@
+#include "support/traymessages.h"
+
+namespace {
+
+QList<TrayMessage> &recorded()
+{
+    static QList<TrayMessage> messages;
+    return messages;
+}
+
+} // namespace
+
+// The program's own definition wins over that of Qt's library when the test is linked.
+void QSystemTrayIcon::showMessage(
+    const QString &title, const QString &msg, QSystemTrayIcon::MessageIcon icon, int msecs)
+{
+    recorded().append({title, msg, icon, msecs, isVisible()});
+}
+
+void traymessages::clear()
+{
+    recorded().clear();
+}
+
+QList<TrayMessage> traymessages::all()
+{
+    return recorded();
+}
+
+QList<TrayMessage> traymessages::titled(const QString &title)
+{
+    QList<TrayMessage> found;
+    for (const TrayMessage &message : std::as_const(recorded())) {
+        if (message.title == title) {
+            found.append(message);
+        }
+    }
+    return found;
+}

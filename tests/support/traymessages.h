@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QSystemTrayIcon>
+
+/// One call of `QSystemTrayIcon::showMessage`, which every test program replaces by a recorder.
+struct TrayMessage {
+    QString title;
+    QString text;
+    QSystemTrayIcon::MessageIcon icon = QSystemTrayIcon::NoIcon;
+    int milliseconds = 0;
+    bool iconVisible = false; ///< whether the tray icon was visible at the call
+
+    bool operator==(const TrayMessage &other) const = default;
+};
+
+namespace traymessages {
+
+void clear();
+QList<TrayMessage> all();
+QList<TrayMessage> titled(const QString &title);
+
+} // namespace traymessages
