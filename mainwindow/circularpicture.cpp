@@ -13,7 +13,7 @@ namespace {
 bool fitsInMemory(const QString &path)
 {
     constexpr qint64 bytesPerPixel = 4;
-    constexpr qint64 bytesPerMegabyte = 1024 * 1024;
+    constexpr qint64 bytesPerMegabyte = 1 << 20;
     const QSize size = QImageReader(path).size();
     const qint64 bytes = bytesPerPixel * size.width() * size.height();
     return bytes <= bytesPerMegabyte * QImageReader::allocationLimit();

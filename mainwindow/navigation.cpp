@@ -16,8 +16,8 @@ constexpr QRect closedBanner(-230, 595, 220, 90);
 struct Slide {
     QRect from;
     QRect to;
-    int duration;
-    QEasingCurve::Type easing;
+    int duration = 0;
+    QEasingCurve::Type easing = QEasingCurve::Linear;
 };
 
 // A new slide runs beside one that is still under way; both end where they were told to.

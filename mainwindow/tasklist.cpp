@@ -18,14 +18,14 @@ namespace {
 struct SortableTask {
     QString title;
     QString id;
-    int rank;
+    int rank = 0;
 };
 
 std::vector<SortableTask> sortableTasks(const QJsonArray &tasks)
 {
     std::vector<SortableTask> sortable;
     sortable.reserve(static_cast<std::size_t>(tasks.size()));
-    for (const QJsonValue &record : tasks) {
+    for (const QJsonValue record : tasks) {
         sortable.push_back({taskTitle(record), taskId(record), urgencyRank(taskUrgency(record))});
     }
     return sortable;
@@ -45,7 +45,7 @@ TaskRows rowsInFileOrder(const QJsonArray &tasks)
     TaskRows rows;
     rows.titles.reserve(tasks.size());
     rows.ids.reserve(tasks.size());
-    for (const QJsonValue &record : tasks) {
+    for (const QJsonValue record : tasks) {
         rows.titles.append(taskTitle(record));
         rows.ids.append(taskId(record));
     }
@@ -76,7 +76,7 @@ TaskRows rowsInOrder(const QJsonArray &tasks, TaskOrder order)
 TaskRows rowsMatching(const QJsonArray &tasks, const QString &searchText)
 {
     TaskRows rows;
-    for (const QJsonValue &record : tasks) {
+    for (const QJsonValue record : tasks) {
         const QString title = taskTitle(record);
         if (title.contains(searchText, Qt::CaseInsensitive)) {
             rows.titles.append(title);

@@ -68,10 +68,10 @@ void home::blockTaskFile()
     }
 }
 
-QString home::openError()
+QString home::openError(QIODevice::OpenMode mode)
 {
     QFile file(taskFile());
-    return file.open(QIODevice::ReadWrite) ? QString() : file.errorString();
+    return file.open(mode) ? QString() : file.errorString();
 }
 
 void home::writeTasks(const QJsonArray &tasks)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QIODevice>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
@@ -19,8 +20,8 @@ QByteArray bytes();
 /// Puts a directory where the task file should be: it exists, and every attempt to open it fails.
 void blockTaskFile();
 
-/// What Qt says when a file at the task file's place is opened for reading or writing and cannot be.
-QString openError();
+/// What Qt says when the task file is opened in this way and cannot be; the words depend on the mode.
+QString openError(QIODevice::OpenMode mode = QIODevice::ReadWrite);
 
 void writeTasks(const QJsonArray &tasks);
 QJsonArray tasks();
