@@ -1,10 +1,12 @@
-#include "formfacts.h"
+#include "support/formfacts.h"
 
 #include <QAbstractScrollArea>
 #include <QAbstractSpinBox>
 #include <QComboBox>
+#include <QDataStream>
 #include <QDebug>
 #include <QFile>
+#include <QIcon>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLineEdit>
@@ -137,7 +139,7 @@ bool FormFacts::load(const QString &path)
         return false;
     }
     const QJsonArray widgets = m_root["widgets"_L1].toArray();
-    for (const QJsonValue &widget : widgets) {
+    for (const auto &widget : widgets) {
         m_widgets.append(widget.toObject());
     }
     return !m_widgets.isEmpty();
@@ -206,7 +208,7 @@ QStringList FormFacts::styleFaults(const QString &style, const QWidget &widget) 
         const bool forbidden = it.key() == "never"_L1;
         const QString key = forbidden ? u"any"_s : it.key();
         const QJsonArray entries = it.value().toArray();
-        for (const QJsonValue &entry : entries) {
+        for (const auto &entry : entries) {
             const QStringList choices = alternatives(entry);
             const bool found = std::any_of(
                 choices.begin(), choices.end(), [&](const QString &choice) { return declared(key, choice); });
@@ -252,4 +254,27 @@ QStringList descendantNames(const QWidget &widget)
         names.append(descendantNames(*child));
     }
     return names;
+}
+
+QStringList itemTexts(const QComboBox &combo)
+{
+    QStringList texts;
+    for (int row = 0; row < combo.count(); ++row) {
+        texts.append(combo.itemText(row));
+    }
+    return texts;
+}
+
+QByteArray iconStream(const QIcon &icon)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << icon;
+    return bytes;
+}
+
+QString squashed(const QString &text)
+{
+    static const QRegularExpression blanks(u"\\s"_s);
+    return text.toLower().remove(blanks);
 }
