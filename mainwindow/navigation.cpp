@@ -92,7 +92,11 @@ void MainWindow::openTaskDetail()
 
 void MainWindow::closeTaskDetail()
 {
-    ui->TaskListView->selectionModel()->clearSelection();
+    // The list has no selection before its model is set, and the tray menu works while a box of the start is
+    // open.
+    QItemSelectionModel *selection = ui->TaskListView->selectionModel(); {
+        selection->clearSelection();
+    }
     detailAnimation = startSlide(
         ui->TaskDetail, {ui->TaskDetail->geometry(), closedPanel, panelSlideTime, QEasingCurve::InCubic});
 }

@@ -10,6 +10,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
+#include <QPushButton>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -31,6 +32,34 @@ Sheets sheets(const MainWindow &window)
     }
     return result;
 }
+
+/// A picture of the window on each of its pages.
+QMap<QByteArray, QImage> pictures(MainWindow &window)
+{
+    QMap<QByteArray, QImage> result;
+    for (const char *button : {"TaskViewButton", "NewTaskViewButton", "SettingsViewButton",
+             "ProfileViewButton", "PatchNoticesViewButton"}) {
+        widget<QPushButton>(window, button)->click();
+        result.insert(button, window.grab().toImage());
+    }
+    return result;
+}
+
+/// Counts how often any widget is painted.
+class PaintCounter final : public QObject {
+public:
+    int count() const { return m_count; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        m_count += event->type() == QEvent::Paint ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    int m_count = 0;
+};
 
 } // namespace
 
@@ -59,6 +88,9 @@ private slots:
     void leavesWidgetsWithoutASheetOfTheFormAlone();
     void givesAWidgetItsOwnSheetBack();
     void leavesTheGreysOfTheSidebar();
+    void looksTheSameWhetherChosenOrStored_data() { hasFifteenReplacementsInOrder_data(); }
+    void looksTheSameWhetherChosenOrStored();
+    void paintsNothingBetweenTwoPalettes();
 
 private:
     QStringList colors(const QString &theme) const;
@@ -324,6 +356,45 @@ void ColorThemesTest::leavesTheGreysOfTheSidebar()
         QCOMPARE(widget(window, "CodeNameProgram")->styleSheet().contains("rgba(74, 20, 140, 255)"_L1),
             index == 0);
     }
+}
+
+void ColorThemesTest::looksTheSameWhetherChosenOrStored()
+{
+    QFETCH(int, index);
+    QMap<QByteArray, QImage> chosen;
+    {
+        MainWindow window;
+        window.show();
+        pictures(window); // every page has been shown, and so polished, in the form's colours
+        widget<QComboBox>(window, "ChangeColorTheme")->setCurrentIndex(7 - index);
+        pictures(window);
+        widget<QComboBox>(window, "ChangeColorTheme")->setCurrentIndex(index);
+        chosen = pictures(window);
+    }
+    QCOMPARE(home::themePreference(u"colorIndex"_s).toInt(), index);
+
+    MainWindow window;
+    window.show();
+    const QMap<QByteArray, QImage> stored = pictures(window);
+
+    for (auto page = stored.cbegin(); page != stored.cend(); ++page) {
+        QVERIFY2(chosen.value(page.key()) == page.value(), page.key().constData());
+    }
+}
+
+void ColorThemesTest::paintsNothingBetweenTwoPalettes()
+{
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QCoreApplication::processEvents();
+    PaintCounter painted;
+    qApp->installEventFilter(&painted);
+
+    callSlot(window, "applyColorTheme", 3);
+
+    QCOMPARE(painted.count(), 0);
+    QTRY_VERIFY(painted.count() > 0);
 }
 
 NUBARIA_TEST_MAIN(ColorThemesTest)

@@ -5,12 +5,15 @@
 #include "support/traymessages.h"
 #include "support/window.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTextEdit>
+#include <QTimer>
 
 #include <sys/resource.h>
 
@@ -76,6 +79,7 @@ private slots:
     void worksOnAHundredThousandTasks();
     void leavesAnEmptyFileAndNoMessageWhenTheDiskIsFull();
     void startsWithADirectoryInTheTaskFilesPlace();
+    void obeysTheTrayMenuWhileTheStartReportsAFailure();
     void startsWithEveryPreferenceOfTheWrongType();
 };
 
@@ -239,6 +243,30 @@ void HostileInputTest::startsWithADirectoryInTheTaskFilesPlace()
         u"Error al cargar el dato: "_s + home::openError(QIODevice::ReadOnly));
     QVERIFY(!widget(window, "TaskAdvise")->isHidden());
     QCOMPARE(widget<QLabel>(window, "SavedTasks")->text(), u"0"_s);
+}
+
+void HostileInputTest::obeysTheTrayMenuWhileTheStartReportsAFailure()
+{
+    home::blockTaskFile();
+    expectFileError("No se pudo abrir rmc.json para reparar ids:", home::openError(QIODevice::ReadOnly));
+    expectFileError("Failed to open file for reading:", home::openError(QIODevice::ReadOnly));
+    bool triggered = false;
+    QTimer::singleShot(0, qApp, [&triggered] {
+        const QWidget *box = QApplication::activeModalWidget();
+        for (QAction *action : box->parentWidget()->findChildren<QAction *>()) {
+            if (action->text() == "Ajustes"_L1) {
+                action->trigger();
+                triggered = true;
+            }
+        }
+    });
+    const MessageBoxes boxes;
+
+    const MainWindow window;
+
+    QVERIFY(triggered);
+    QCOMPARE(boxes.shown().size(), 1);
+    QVERIFY(!widget(window, "TasksPage")->isHidden());
 }
 
 void HostileInputTest::startsWithEveryPreferenceOfTheWrongType()
