@@ -14,7 +14,8 @@ inline constexpr QLatin1StringView instanceServerName{"QuenoliIPC"};
  * The marker is held from construction to destruction. Where it can neither be created nor attached to,
  * this copy counts as the first one.
  */
-class SingleInstanceChecker final : public QObject {
+class SingleInstanceChecker final : public QObject
+{
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(SingleInstanceChecker)
 public:

@@ -4,7 +4,8 @@
 #include <QString>
 
 /// One colour of the form's own sheets and what a theme puts in its place, both byte for byte.
-struct ColorReplacement {
+struct ColorReplacement
+{
     QString from;
     QString to;
 };

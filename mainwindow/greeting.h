@@ -9,7 +9,8 @@
 QString guestName();
 
 /// The two lines at the top of the side menu.
-struct GreetingLines {
+struct GreetingLines
+{
     QString first;
     QString second;
 

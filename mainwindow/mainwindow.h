@@ -28,7 +28,8 @@ struct TaskRows;
  *
  * No task is kept in memory: each operation reads the task file anew and writes it back whole.
  */
-class MainWindow final : public QMainWindow {
+class MainWindow final : public QMainWindow
+{
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(MainWindow)
 public:

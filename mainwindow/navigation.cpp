@@ -13,7 +13,8 @@ constexpr QRect closedPanel(1010, 0, 1010, 700);
 constexpr QRect openBanner(10, 595, 220, 90);
 constexpr QRect closedBanner(-230, 595, 220, 90);
 
-struct Slide {
+struct Slide
+{
     QRect from;
     QRect to;
     int duration = 0;
@@ -94,7 +95,8 @@ void MainWindow::closeTaskDetail()
 {
     // The list has no selection before its model is set, and the tray menu works while a box of the start is
     // open.
-    QItemSelectionModel *selection = ui->TaskListView->selectionModel(); {
+    QItemSelectionModel *selection = ui->TaskListView->selectionModel();
+    {
         selection->clearSelection();
     }
     detailAnimation = startSlide(

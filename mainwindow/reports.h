@@ -4,7 +4,8 @@
 #include <QString>
 
 /// How one failed file operation is told: in the log and to the user. The two wordings differ by design.
-struct FileReport {
+struct FileReport
+{
     const char *log = ""; ///< The error string follows after a blank, in double quotes.
     QLatin1StringView shown; ///< The error string follows directly.
 };

@@ -9,7 +9,8 @@
 #include <optional>
 
 /// One task as the file keeps it: six texts. What a record lacks, or holds with another type, is empty.
-struct Task {
+struct Task
+{
     QString id; ///< braced UUID in lower case
     QString title;
     QString description;
@@ -21,7 +22,8 @@ struct Task {
 };
 
 /// What came of opening the task file for reading.
-struct TaskFileContents {
+struct TaskFileContents
+{
     QJsonArray tasks; ///< empty as well where the file is not JSON or holds no array
     std::optional<QString> error; ///< why the file could not be opened
 };

@@ -15,7 +15,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct SortableTask {
+struct SortableTask
+{
     QString title;
     QString id;
     int rank = 0;

@@ -5,7 +5,8 @@
 #include <QStringList>
 
 /// What the list shows, row by row, and which task each row stands for; both lists have the same length.
-struct TaskRows {
+struct TaskRows
+{
     QStringList titles;
     QStringList ids;
 
