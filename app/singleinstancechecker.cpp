@@ -1,10 +1,34 @@
 #include "app/singleinstancechecker.h"
 
+#include <QDir>
+#include <QLockFile>
+
+#include <chrono>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 constexpr int markerSize = 1;
+
+// Taking and leaving the marker are several steps on System V (key file, segment, attachment, removal by the
+// last one), and copies that start or end at the same moment must not come between them: one would remove the
+// key file of another's fresh marker, and a third could then make a second one. A copy killed within frees
+// its lock. Where the lock cannot be had, the marker alone has to do.
+class MarkerLock final
+{
+    Q_DISABLE_COPY_MOVE(MarkerLock)
+public:
+    MarkerLock()
+    {
+#ifndef Q_OS_WIN
+        m_file.tryLock(std::chrono::seconds(5));
+#endif
+    }
+
+private:
+    QLockFile m_file{QDir::tempPath() + "/Quenoli.lock"_L1};
+};
 
 } // namespace
 
@@ -12,6 +36,7 @@ SingleInstanceChecker::SingleInstanceChecker(QObject *parent)
     : QObject(parent)
     , sharedMemory(u"Quenoli"_s)
 {
+    const MarkerLock lock;
     if (!createMarker()) {
         alreadyRunning = sharedMemory.attach(QSharedMemory::ReadWrite);
     }
@@ -19,6 +44,7 @@ SingleInstanceChecker::SingleInstanceChecker(QObject *parent)
 
 SingleInstanceChecker::~SingleInstanceChecker()
 {
+    const MarkerLock lock;
     sharedMemory.detach();
 }
 

@@ -94,9 +94,8 @@ void MainWindow::openTaskDetail()
 void MainWindow::closeTaskDetail()
 {
     // The list has no selection before its model is set, and the tray menu works while a box of the start is
-    // open.
-    QItemSelectionModel *selection = ui->TaskListView->selectionModel();
-    {
+    // up.
+    if (QItemSelectionModel *selection = ui->TaskListView->selectionModel()) {
         selection->clearSelection();
     }
     detailAnimation = startSlide(
