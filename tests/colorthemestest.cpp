@@ -46,7 +46,8 @@ QMap<QByteArray, QImage> pictures(MainWindow &window)
 }
 
 /// Counts how often any widget is painted.
-class PaintCounter final : public QObject {
+class PaintCounter final : public QObject
+{
 public:
     int count() const { return m_count; }
 
@@ -63,7 +64,8 @@ private:
 
 } // namespace
 
-class ColorThemesTest final : public QObject {
+class ColorThemesTest final : public QObject
+{
     Q_OBJECT
 private slots:
     void initTestCase();

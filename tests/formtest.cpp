@@ -17,7 +17,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct Form {
+struct Form
+{
     Form() { ui.setupUi(&window); }
 
     QWidget *widget(const QJsonObject &facts)
@@ -31,7 +32,8 @@ struct Form {
 };
 
 // Quotes what it translates, so that a text it was never asked for stands out.
-class QuotingTranslator final : public QTranslator {
+class QuotingTranslator final : public QTranslator
+{
 public:
     static QString quoted(const QString &text) { return text.isEmpty() ? text : u'«' + text + u'»'; }
     bool isEmpty() const override { return false; }
@@ -42,7 +44,8 @@ public:
 };
 
 // Listens to the form by the names of its slots only.
-class ListeningWindow final : public QMainWindow {
+class ListeningWindow final : public QMainWindow
+{
     Q_OBJECT
 public:
     int saves = 0;
@@ -57,7 +60,8 @@ QIcon iconOf(const QWidget &widget)
 
 } // namespace
 
-class FormTest final : public QObject {
+class FormTest final : public QObject
+{
     Q_OBJECT
 
     FormFacts m_facts;

@@ -24,7 +24,8 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 /// While it lives, no file of this process grows beyond `bytes`, as on a disk that is full.
-class FullDisk final {
+class FullDisk final
+{
     Q_DISABLE_COPY_MOVE(FullDisk)
 public:
     explicit FullDisk(rlim_t bytes)
@@ -63,7 +64,8 @@ QJsonArray manyTasks(int count)
 
 } // namespace
 
-class HostileInputTest final : public QObject {
+class HostileInputTest final : public QObject
+{
     Q_OBJECT
 private slots:
     void init();

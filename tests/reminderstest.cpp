@@ -31,7 +31,8 @@ QString dayFromToday(int days)
 }
 
 /// The process's time zone while it lives.
-class TimeZone final {
+class TimeZone final
+{
     Q_DISABLE_COPY_MOVE(TimeZone)
 public:
     explicit TimeZone(const QByteArray &name)
@@ -53,7 +54,8 @@ private:
 
 } // namespace
 
-class RemindersTest final : public QObject {
+class RemindersTest final : public QObject
+{
     Q_OBJECT
 private slots:
     void init();

@@ -27,7 +27,8 @@ int darkPixels(QWidget *widget)
     return dark;
 }
 
-struct Look {
+struct Look
+{
     int weight = 0;
     qreal pointSize = 0;
     QStringList families;
@@ -49,7 +50,8 @@ QMap<QString, Look> looks(const MainWindow &window)
 
 } // namespace
 
-class TextEmphasisTest final : public QObject {
+class TextEmphasisTest final : public QObject
+{
     Q_OBJECT
 private slots:
     void init() { home::reset(); }

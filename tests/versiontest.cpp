@@ -7,7 +7,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class VersionTest final : public QObject {
+class VersionTest final : public QObject
+{
     Q_OBJECT
 private slots:
     void init() { home::reset(); }

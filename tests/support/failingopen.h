@@ -9,7 +9,8 @@
  * want of permission; other files and modes open as ever. Works for root as well, whom permissions do not
  * stop.
  */
-class FailingOpen final {
+class FailingOpen final
+{
     Q_DISABLE_COPY_MOVE(FailingOpen)
 public:
     explicit FailingOpen(int accessMode);

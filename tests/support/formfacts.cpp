@@ -23,7 +23,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct StyleRule {
+struct StyleRule
+{
     QStringList selectors; // one empty selector for a sheet without braces
     QStringList declarations;
 };

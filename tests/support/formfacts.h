@@ -13,7 +13,8 @@ class QObject;
 class QWidget;
 
 /// What the form must be, widget by widget, read from a JSON table that knows nothing of mainwindow.ui.
-class FormFacts final {
+class FormFacts final
+{
 public:
     /// Reads the table; false, with a warning, when there is none.
     bool load(const QString &path);

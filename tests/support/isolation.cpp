@@ -32,7 +32,10 @@ Isolation::Isolation()
     qputenv("XDG_CONFIG_DIRS", QFile::encodeName(madeFolder(m_dir, "system"_L1)));
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(madeFolder(m_dir, "run"_L1)));
     qputenv("TMPDIR", QFile::encodeName(madeFolder(m_dir, "tmp"_L1)));
-    qputenv("LC_ALL", "C.UTF-8");
+    const QString locale = qEnvironmentVariable("NUBARIA_TEST_LOCALE", u"C.UTF-8"_s);
+    qputenv("LC_ALL", locale.toLatin1());
+    qputenv("LANG", locale.toLatin1());
+    qunsetenv("LANGUAGE");
     qputenv("TZ", "America/Mexico_City");
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -5,12 +5,13 @@
 
 /**
  * A home, settings, temporary and runtime folder of the test's own, with a fixed platform, locale and time
- * zone.
+ * zone. `NUBARIA_TEST_LOCALE` in the environment asks for another locale than C.
  *
  * Qt caches the settings path on first use and reads the platform when the application object is made, so
  * this precedes both. The folder has a short name because a local socket's path is limited to 107 bytes.
  */
-class Isolation final {
+class Isolation final
+{
     Q_DISABLE_COPY_MOVE(Isolation)
 public:
     Isolation();
@@ -21,7 +22,8 @@ private:
 
 /// Sends every request of the process to a proxy that never answers: no network, and no failure to report
 /// either.
-class SilentNetwork final {
+class SilentNetwork final
+{
     Q_DISABLE_COPY_MOVE(SilentNetwork)
 public:
     SilentNetwork();

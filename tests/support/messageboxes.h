@@ -7,7 +7,8 @@
 #include <QTimer>
 
 /// What a message box showed.
-struct ShownBox {
+struct ShownBox
+{
     QString title;
     QString text;
     QMessageBox::Icon icon = QMessageBox::NoIcon;
@@ -22,7 +23,8 @@ struct ShownBox {
  *
  * Make it before the call that blocks. A box without the wanted button is rejected, as by Escape.
  */
-class MessageBoxes final : public QObject {
+class MessageBoxes final : public QObject
+{
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(MessageBoxes)
 public:

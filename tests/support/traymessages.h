@@ -5,7 +5,8 @@
 #include <QSystemTrayIcon>
 
 /// One call of `QSystemTrayIcon::showMessage`, which every test program replaces by a recorder.
-struct TrayMessage {
+struct TrayMessage
+{
     QString title;
     QString text;
     QSystemTrayIcon::MessageIcon icon = QSystemTrayIcon::NoIcon;

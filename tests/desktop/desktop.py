@@ -1,0 +1,161 @@
+"""A virtual display with a window manager, a keyboard with accented letters and the folders of one user."""
+
+import ctypes
+import os
+import re
+import signal
+import socket
+import subprocess
+import time
+from pathlib import Path
+
+PATIENCE = 20  # seconds for any condition; a busy machine is slow
+
+# Variables of the session that the story is started from, which must not reach into its own.
+PERSONAL = re.compile("(?i)(QT_|XDG_|DBUS_|SESSION_|WAYLAND_|DISPLAY|XAUTHORITY|LANG|LC_|.*_proxy$)")
+
+
+class Failure(Exception):
+    """Something did not come about; says what."""
+
+
+def run(*command):
+    """What the command prints. A failing one prints nothing that a caller would take for an answer."""
+    try:
+        return subprocess.run(command, capture_output=True, text=True, timeout=PATIENCE, check=False).stdout
+    except OSError as error:
+        raise Failure(f"{command[0]} cannot be started: {error.strerror}") from None
+    except subprocess.TimeoutExpired:
+        raise Failure(f"{command[0]} does not come back") from None
+
+
+def wait_for(condition, what):
+    """Waits until the condition holds, and returns what it gave."""
+    end = time.monotonic() + PATIENCE
+    while not (value := condition()):
+        if time.monotonic() > end:
+            raise Failure(f"waited {PATIENCE} s in vain for {what}")
+        time.sleep(0.05)  # between two looks
+    return value
+
+
+def geometry(window):
+    """Left, top, width and height of a window on the screen, without its frame."""
+    text = run("xwininfo", "-id", window)
+    names = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+    numbers = [re.search(rf"{name}: +(-?\d+)", text) for name in names]
+    if not all(numbers):
+        raise Failure(f"the window {window} has gone")
+    return tuple(int(number.group(1)) for number in numbers)
+
+
+def active_window():
+    return run("xdotool", "getactivewindow").strip()
+
+
+def click(x, y):
+    run("xdotool", "mousemove", str(x), str(y))
+    run("xdotool", "click", "1")
+
+
+def press(*names):
+    run("xdotool", "key", *names)
+
+
+def type_text(text):
+    for number, line in enumerate(text.split("\n")):
+        if number > 0:
+            press("Return")
+        run("xdotool", "type", line)
+
+
+def picture(path):
+    run("import", "-silent", "-window", "root", str(path))
+
+
+def colour(x, y):
+    """The colour of a point of the screen as six hexadecimal digits."""
+    text = run("import", "-silent", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8", "txt:-")
+    found = re.search(r"#([0-9A-F]{6})", text)
+    return found and found.group(1)
+
+
+def signature(left, top, width, height):
+    """A digest of a part of the screen, to tell whether it has changed."""
+    part = f"{width}x{height}+{left}+{top}"
+    return run("import", "-silent", "-window", "root", "-crop", part, "-format", "%#", "info:-")
+
+
+def markers(creators):
+    """The shared memory that these processes have left in the system."""
+    table = [line.split() for line in Path("/proc/sysvipc/shm").read_text(encoding="ascii").splitlines()[1:]]
+    return [int(columns[1]) for columns in table if int(columns[4]) in creators]
+
+
+def die_with_the_story():
+    """Has the system end this process with its parent, which may be killed before it can tidy up."""
+    set_parent_death_signal = 1
+    ctypes.CDLL(None).prctl(set_parent_death_signal, signal.SIGKILL)
+
+
+class Desktop:
+    """Everything that a program started in it sees; nothing of it outlives `end`."""
+
+    def __init__(self, folder):
+        self.processes = []
+        self.folders = {name: folder / name for name in ("home", "config", "run", "tmp")}
+        for path in self.folders.values():
+            path.mkdir(mode=0o700)
+        self.log = open(folder / "log", "w", encoding="utf-8")
+        # Accepts and never answers, so that the update check stays on this machine.
+        self.proxy = socket.create_server(("127.0.0.1", 0))
+        self.environment = {name: value for name, value in os.environ.items() if not PERSONAL.match(name)} | {
+            "LC_ALL": "C.UTF-8",
+            "QT_QPA_PLATFORM": "xcb",
+            "HOME": str(self.folders["home"]),
+            "XDG_CONFIG_HOME": str(self.folders["config"]),
+            "XDG_RUNTIME_DIR": str(self.folders["run"]),
+            "TMPDIR": str(self.folders["tmp"]),
+            "https_proxy": f"http://127.0.0.1:{self.proxy.getsockname()[1]}",
+        }
+
+    def start(self):
+        reader, writer = os.pipe()
+        screen = ("-screen", "0", "1400x860x24")
+        self.spawn("Xvfb", "-displayfd", str(writer), *screen, "-nolisten", "tcp", pass_fds=(writer,))
+        os.close(writer)
+        with os.fdopen(reader) as numbers:
+            display = numbers.readline().strip()
+        if not display:
+            raise Failure("the virtual display does not start")
+        os.environ["DISPLAY"] = self.environment["DISPLAY"] = f":{display}"
+        self.spawn("openbox")
+        wait_for(lambda: "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "the window manager")
+        # A keyboard with every accented letter: xdotool makes up a key for one that is lacking, and the program learns
+        # of such a key too late. Not before there is a lasting client, as the display forgets it with the last one.
+        run("setxkbmap", "-layout", "us", "-variant", "altgr-intl")
+
+    def spawn(self, *command, **options):
+        streams = {"stdin": subprocess.DEVNULL, "stdout": self.log, "stderr": self.log}
+        try:
+            process = subprocess.Popen(
+                command, env=self.environment, preexec_fn=die_with_the_story, **streams, **options
+            )
+        except OSError as error:
+            raise Failure(f"{command[0]} cannot be started: {error.strerror}") from None
+        self.processes.append(process)
+        return process
+
+    def markers(self):
+        return markers({process.pid for process in self.processes})
+
+    def end(self):
+        # In reverse: a program whose display goes first complains.
+        for process in reversed(self.processes):
+            process.kill()
+            process.wait()
+        self.proxy.close()
+        self.log.close()
+        remove = 0
+        for marker in self.markers():
+            ctypes.CDLL(None).shmctl(marker, remove, None)

@@ -1,0 +1,209 @@
+#include "mainwindow/circularpicture.h"
+
+#include "support/home.h"
+#include "support/testmain.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QImageReader>
+#include <QtEndian>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QSize labelSize(75, 75);
+
+QString writeFile(const QByteArray &bytes)
+{
+    QFile file(QDir::homePath() + "/foto.png"_L1);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        qFatal("cannot write the picture of the test");
+    }
+    return file.fileName();
+}
+
+QByteArray halfOfAPng()
+{
+    QImage image(64, 64, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            image.setPixel(x, y, qRgb(x * y % 256, x, y));
+        }
+    }
+    QBuffer buffer;
+    if (!image.save(&buffer, "png")) {
+        qFatal("cannot encode the picture of the test");
+    }
+    return buffer.data().first(buffer.size() / 2);
+}
+
+quint32 crcOf(const QByteArray &bytes)
+{
+    quint32 crc = 0xffffffff;
+    for (const char byte : bytes) {
+        crc ^= static_cast<uchar>(byte);
+        for (int bit = 0; bit < 8; ++bit) {
+            crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xedb88320 : 0);
+        }
+    }
+    return ~crc;
+}
+
+QByteArray bigEndian(quint32 number)
+{
+    QByteArray bytes(4, '\0');
+    qToBigEndian(number, bytes.data());
+    return bytes;
+}
+
+QByteArray pngChunk(const char *type, const QByteArray &data)
+{
+    const QByteArray content = type + data;
+    return bigEndian(static_cast<quint32>(data.size())) + content + bigEndian(crcOf(content));
+}
+
+/// A grey picture of a few kilobytes, all black, whatever its size.
+QByteArray blackPng(int width, int height, int bitsPerPixel)
+{
+    const qsizetype bytesPerLine = 1 + (qsizetype{width} * bitsPerPixel + 7) / 8; // the filter's number leads
+    const QByteArray pixels = qCompress(QByteArray(bytesPerLine * height, '\0')).mid(4); // behind Qt's length
+    const QByteArray header = bigEndian(static_cast<quint32>(width)) + bigEndian(static_cast<quint32>(height))
+        + static_cast<char>(bitsPerPixel) + QByteArray(4, '\0');
+    return "\x89PNG\r\n\x1a\n" + pngChunk("IHDR", header) + pngChunk("IDAT", pixels)
+        + pngChunk("IEND", QByteArray());
+}
+
+int peakMegabytes()
+{
+    QFile status(u"/proc/self/status"_s);
+    if (status.open(QIODevice::ReadOnly)) {
+        const QList<QByteArray> lines = status.readAll().split('\n');
+        for (const QByteArray &line : lines) {
+            if (line.startsWith("VmHWM:")) {
+                return line.simplified().split(' ').at(1).toInt() / 1024;
+            }
+        }
+    }
+    qFatal("cannot read how much memory the test takes");
+}
+
+/// How far the process's memory rises above where it stands now, at its peak during the call.
+template <typename Call> int peakGrowth(const Call &call)
+{
+    QFile reset(u"/proc/self/clear_refs"_s);
+    if (!reset.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || reset.write("5") != 1) {
+        qFatal("cannot reset the peak of the test's memory");
+    }
+    const int before = peakMegabytes();
+    call();
+    return peakMegabytes() - before;
+}
+
+/// While it lives, Qt loads pictures of any size.
+class NoAllocationLimit final
+{
+    Q_DISABLE_COPY_MOVE(NoAllocationLimit)
+public:
+    NoAllocationLimit() { QImageReader::setAllocationLimit(0); }
+    ~NoAllocationLimit() { QImageReader::setAllocationLimit(m_limit); }
+
+private:
+    const int m_limit = QImageReader::allocationLimit();
+};
+
+} // namespace
+
+class HostilePictureTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+
+    void givesNoPictureForAFileThatIsNone_data();
+    void givesNoPictureForAFileThatIsNone();
+    void givesNoPictureForAPathWithoutAFile_data();
+    void givesNoPictureForAPathWithoutAFile();
+    void refusesPicturesThatTakeMoreThan128Megabytes_data();
+    void refusesPicturesThatTakeMoreThan128Megabytes();
+    void refusesAPictureThatGrowsWhenUnpackedBeforeItTakesMemory();
+};
+
+void HostilePictureTest::init()
+{
+    home::reset();
+    QTest::failOnWarning(QRegularExpression(u"."_s));
+}
+
+void HostilePictureTest::givesNoPictureForAFileThatIsNone_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("text") << QByteArray("Esto no es una foto.\n");
+    QTest::newRow("JSON") << QByteArray("[]");
+    QTest::newRow("PNG signature alone") << QByteArray("\x89PNG\r\n\x1a\n");
+    QTest::newRow("half a PNG") << halfOfAPng();
+    QTest::newRow("NUL bytes") << QByteArray(1000, '\0');
+}
+
+void HostilePictureTest::givesNoPictureForAFileThatIsNone()
+{
+    QFETCH(QByteArray, bytes);
+
+    QVERIFY(circularPicture(writeFile(bytes), labelSize).isNull());
+}
+
+void HostilePictureTest::givesNoPictureForAPathWithoutAFile_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("nothing there") << QDir::homePath() + "/foto.png"_L1;
+    QTest::newRow("a directory") << QDir::homePath();
+}
+
+void HostilePictureTest::givesNoPictureForAPathWithoutAFile()
+{
+    QFETCH(QString, path);
+
+    QVERIFY(circularPicture(path, labelSize).isNull());
+}
+
+void HostilePictureTest::refusesPicturesThatTakeMoreThan128Megabytes_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("shown");
+    QTest::newRow("128 MB, one bit a pixel") << blackPng(8192, 4096, 1) << true;
+    QTest::newRow("a line more") << blackPng(8192, 4097, 1) << false;
+    QTest::newRow("128 MB, eight bits a pixel") << blackPng(4096, 8192, 8) << true;
+    QTest::newRow("a column more") << blackPng(4097, 8192, 8) << false;
+}
+
+void HostilePictureTest::refusesPicturesThatTakeMoreThan128Megabytes()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, shown);
+
+    const QPixmap picture = circularPicture(writeFile(bytes), labelSize);
+
+    QCOMPARE(picture.size(), shown ? labelSize : QSize(0, 0));
+}
+
+void HostilePictureTest::refusesAPictureThatGrowsWhenUnpackedBeforeItTakesMemory()
+{
+    const QString path = writeFile(blackPng(30000, 30000, 1));
+    QVERIFY(QFileInfo(path).size() < 204800);
+
+    QPixmap picture;
+    const int growth = peakGrowth([&] { picture = circularPicture(path, labelSize); });
+
+    QVERIFY(picture.isNull());
+    QVERIFY2(growth < 32, qPrintable(u"grew by %1 MB"_s.arg(growth)));
+    // The file is sound and does grow: without Qt's limit, to 107 MB in its own depth of one bit a pixel.
+    const NoAllocationLimit unlimited;
+    QVERIFY(peakGrowth([&] { QCOMPARE(QImage(path).size(), QSize(30000, 30000)); }) > 100);
+}
+
+NUBARIA_TEST_MAIN(HostilePictureTest)
+#include "hostilepicturetest.moc"

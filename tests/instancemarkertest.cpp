@@ -1,0 +1,123 @@
+#include "app/singleinstancechecker.h"
+#include "support/home.h"
+#include "support/testmain.h"
+
+#include <QFile>
+#include <QScopeGuard>
+#include <QSharedMemory>
+
+#include <dlfcn.h>
+#include <sys/shm.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+key_t keyOfEveryFile = -1; // negative: each has its own
+
+} // namespace
+
+// Which file gets the key of a lost one is the file system's choice; here it is the test's.
+extern "C" key_t ftok(const char *path, int project)
+{
+    static const auto realFtok = reinterpret_cast<key_t (*)(const char *, int)>(dlsym(RTLD_NEXT, "ftok"));
+    const key_t key = realFtok(path, project);
+    return key >= 0 && keyOfEveryFile >= 0 ? keyOfEveryFile : key;
+}
+
+class InstanceMarkerTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init() { home::reset(); }
+
+    void onlyTheFirstHolderOfTheMarkerIsAlone()
+    {
+        const SingleInstanceChecker first;
+        const SingleInstanceChecker second;
+        const SingleInstanceChecker third;
+
+        QVERIFY(!first.isAlreadyRunning());
+        QVERIFY(second.isAlreadyRunning());
+        QVERIFY(third.isAlreadyRunning());
+    }
+
+    void theMarkerIsFreeOnceItsHolderIsGone()
+    {
+        {
+            const SingleInstanceChecker former;
+        }
+
+        QVERIFY(!QSharedMemory(u"Quenoli"_s).attach());
+        QVERIFY(!SingleInstanceChecker().isAlreadyRunning());
+    }
+
+    void aSecondStartLeavesTheMarkerToTheFirst()
+    {
+        const SingleInstanceChecker first;
+        for (int start = 0; start < 3; ++start) {
+            QVERIFY(SingleInstanceChecker().isAlreadyRunning());
+        }
+
+        QVERIFY(QSharedMemory(u"Quenoli"_s).attach());
+    }
+
+    void theMarkerIsOneByteThatNobodyTouches()
+    {
+        const SingleInstanceChecker first;
+        QSharedMemory marker(u"Quenoli"_s);
+        QVERIFY(marker.attach(QSharedMemory::ReadWrite));
+        QCOMPARE(marker.size(), 1);
+        auto *content = static_cast<char *>(marker.data());
+        QCOMPARE(*content, '\0');
+        *content = 'x';
+
+        QVERIFY(SingleInstanceChecker().isAlreadyRunning());
+
+        QCOMPARE(*content, 'x');
+    }
+
+    void aCopyThatCanHaveNoMarkerCountsAsTheFirst()
+    {
+        const QByteArray folder = qgetenv("TMPDIR");
+        const auto restore = qScopeGuard([&folder] { qputenv("TMPDIR", folder); });
+        QFile noFolder(QFile::decodeName(folder) + "/archivo"_L1);
+        QVERIFY(noFolder.open(QIODevice::WriteOnly));
+        qputenv("TMPDIR", QFile::encodeName(noFolder.fileName()));
+        QVERIFY(!QSharedMemory(u"Quenoli"_s).create(1));
+
+        QVERIFY(!SingleInstanceChecker().isAlreadyRunning());
+    }
+
+    void theCheckersMetaObjectCarriesOnlyItsName()
+    {
+        const QMetaObject &meta = SingleInstanceChecker::staticMetaObject;
+
+        QCOMPARE(QByteArray(meta.className()), QByteArray("SingleInstanceChecker"));
+        QCOMPARE(meta.superClass(), &QObject::staticMetaObject);
+        QCOMPARE(meta.methodCount(), meta.methodOffset());
+        QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+        QCOMPARE(meta.enumeratorCount(), meta.enumeratorOffset());
+        QCOMPARE(meta.classInfoCount(), meta.classInfoOffset());
+        QCOMPARE(meta.constructorCount(), 0);
+    }
+
+    void aMarkerThatIsLeftWithoutItsFileIsNoOtherCopy()
+    {
+        keyOfEveryFile = static_cast<key_t>(0x4e750000 | (QCoreApplication::applicationPid() & 0xffff));
+        const int stale = shmget(keyOfEveryFile, 1, IPC_CREAT | IPC_EXCL | 0600);
+        const auto cleanUp = qScopeGuard([stale] {
+            shmctl(stale, IPC_RMID, nullptr);
+            keyOfEveryFile = -1;
+        });
+        QVERIFY(stale >= 0);
+
+        const SingleInstanceChecker first;
+
+        QVERIFY(!first.isAlreadyRunning());
+        QVERIFY(SingleInstanceChecker().isAlreadyRunning());
+    }
+};
+
+NUBARIA_TEST_MAIN(InstanceMarkerTest)
+#include "instancemarkertest.moc"

@@ -1,0 +1,119 @@
+#include "support/home.h"
+#include "support/messageboxes.h"
+#include "support/testmain.h"
+#include "support/traymessages.h"
+#include "support/window.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QScopeGuard>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QString serverSocket()
+{
+    return QDir::tempPath() + "/QuenoliIPC"_L1;
+}
+
+const QLocalServer &serverOf(const MainWindow &window)
+{
+    const auto *server = window.findChild<QLocalServer *>(QString(), Qt::FindDirectChildrenOnly);
+    if (!server) {
+        qFatal("the window has no server");
+    }
+    return *server;
+}
+
+} // namespace
+
+class LocalServerTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        home::reset();
+        traymessages::clear();
+        QFile::remove(serverSocket());
+    }
+
+    void listensForFurtherStartsOfTheSameUser()
+    {
+        const MainWindow window;
+
+        QVERIFY(serverOf(window).isListening());
+        QCOMPARE(serverOf(window).serverName(), u"QuenoliIPC"_s);
+        QCOMPARE(serverOf(window).socketOptions(), QLocalServer::UserAccessOption);
+        const QFileDevice::Permissions others = QFileDevice::ReadGroup | QFileDevice::WriteGroup
+            | QFileDevice::ExeGroup | QFileDevice::ReadOther | QFileDevice::WriteOther
+            | QFileDevice::ExeOther;
+        QVERIFY(QFileInfo::exists(serverSocket()));
+        QCOMPARE(QFileInfo(serverSocket()).permissions() & others, QFileDevice::Permissions());
+    }
+
+    void takesTheSocketOfAKilledCopyOver()
+    {
+        QFile stale(serverSocket());
+        QVERIFY(stale.open(QIODevice::WriteOnly));
+        stale.close();
+
+        const MainWindow window;
+
+        QVERIFY(serverOf(window).isListening());
+    }
+
+    void startsInSilenceWhenItCannotListen()
+    {
+        QVERIFY(QDir().mkpath(serverSocket() + "/ocupado"_L1));
+        const auto cleanUp = qScopeGuard([] { QDir(serverSocket()).removeRecursively(); });
+        const MessageBoxes boxes;
+
+        const MainWindow window;
+
+        QVERIFY(!serverOf(window).isListening());
+        QCOMPARE(boxes.shown().size(), 0);
+        QVERIFY(traymessages::all().isEmpty());
+    }
+
+    void leavesNoSocketBehind()
+    {
+        {
+            const MainWindow window;
+            QVERIFY(QFileInfo::exists(serverSocket()));
+        }
+
+        QVERIFY(!QFileInfo::exists(serverSocket()));
+    }
+
+    void comesForwardOnAnyConnection()
+    {
+        MainWindow window;
+        window.show();
+        window.hide();
+
+        QLocalSocket client;
+        client.connectToServer(u"QuenoliIPC"_s);
+
+        QTRY_VERIFY(window.isVisible());
+        QTRY_VERIFY(window.isActiveWindow());
+    }
+
+    void forgetsAConnectionThatHasHungUp()
+    {
+        const MainWindow window;
+        QLocalSocket client;
+        client.connectToServer(u"QuenoliIPC"_s);
+        QTRY_COMPARE(serverOf(window).findChildren<QLocalSocket *>().size(), 1);
+
+        client.disconnectFromServer();
+
+        QTRY_COMPARE(serverOf(window).findChildren<QLocalSocket *>().size(), 0);
+    }
+};
+
+NUBARIA_TEST_MAIN(LocalServerTest)
+#include "localservertest.moc"

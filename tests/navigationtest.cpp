@@ -1,0 +1,158 @@
+#include "support/home.h"
+#include "support/testmain.h"
+#include "support/window.h"
+
+#include <QPushButton>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QRect openPanel(0, 0, 1010, 700);
+constexpr QRect closedPanel(1010, 0, 1010, 700);
+constexpr QRect openBanner(10, 595, 220, 90);
+constexpr QRect closedBanner(-230, 595, 220, 90);
+
+const QStringList buttonNames = {u"TaskViewButton"_s, u"NewTaskViewButton"_s, u"SettingsViewButton"_s,
+    u"ProfileViewButton"_s, u"PatchNoticesViewButton"_s};
+const QStringList pageNames
+    = {u"TasksPage"_s, u"NewTasksPage"_s, u"SettingsPage"_s, u"ProfilePage"_s, u"PatchPage"_s};
+
+QStringList checkedButtons(const MainWindow &window)
+{
+    QStringList checked;
+    for (const QString &name : buttonNames) {
+        if (window.findChild<QPushButton *>(name)->isChecked()) {
+            checked.append(name);
+        }
+    }
+    return checked;
+}
+
+QStringList shownPages(const MainWindow &window)
+{
+    QStringList shown;
+    for (const QString &name : pageNames) {
+        if (!window.findChild<QWidget *>(name)->isHidden()) {
+            shown.append(name);
+        }
+    }
+    return shown;
+}
+
+void selectFirstTask(const MainWindow &window)
+{
+    auto *list = widget<QListView>(window, "TaskListView");
+    list->setCurrentIndex(list->model()->index(0, 0));
+}
+
+} // namespace
+
+class NavigationTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init() { home::reset(); }
+
+    void showsOnePageForEachButton_data()
+    {
+        QTest::addColumn<QByteArray>("slot");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("page");
+        QTest::newRow("tasks") << QByteArray("onTaskViewButtonClicked") << u"TaskViewButton"_s
+                               << u"TasksPage"_s;
+        QTest::newRow("new task") << QByteArray("onNewTaskViewButtonClicked") << u"NewTaskViewButton"_s
+                                  << u"NewTasksPage"_s;
+        QTest::newRow("settings") << QByteArray("onSettingsViewButtonClicked") << u"SettingsViewButton"_s
+                                  << u"SettingsPage"_s;
+        QTest::newRow("profile") << QByteArray("onProfileViewButtonClicked") << u"ProfileViewButton"_s
+                                 << u"ProfilePage"_s;
+        QTest::newRow("release notes")
+            << QByteArray("onPatchNoticesViewButtonClicked") << u"PatchNoticesViewButton"_s << u"PatchPage"_s;
+    }
+
+    void showsOnePageForEachButton()
+    {
+        QFETCH(QByteArray, slot);
+        QFETCH(QString, button);
+        QFETCH(QString, page);
+        MainWindow window;
+        for (const QString &from : buttonNames) {
+            window.findChild<QPushButton *>(from)->click();
+
+            callSlot(window, slot.constData());
+
+            QCOMPARE(checkedButtons(window), QStringList(button));
+            QCOMPARE(shownPages(window), QStringList(page));
+            window.findChild<QPushButton *>(from)->click();
+            window.findChild<QPushButton *>(button)->click();
+            QCOMPARE(checkedButtons(window), QStringList(button));
+            QCOMPARE(shownPages(window), QStringList(page));
+        }
+    }
+
+    void resetsTheSelectionThenTheButtonsInOrder()
+    {
+        home::writeTasks({home::record(u"{a}"_s, u"Uno"_s)});
+        MainWindow window;
+        selectFirstTask(window);
+        const auto log = std::make_shared<QStringList>();
+        auto *selection = widget<QListView>(window, "TaskListView")->selectionModel();
+        connect(
+            selection, &QItemSelectionModel::selectionChanged, this, [log] { log->append(u"selection"_s); });
+        for (const QString &name : buttonNames) {
+            auto *button = window.findChild<QPushButton *>(name);
+            button->setChecked(true);
+            connect(button, &QPushButton::toggled, this,
+                [log, name](bool checked) { log->append(name + (checked ? " on"_L1 : " off"_L1)); });
+        }
+
+        callSlot(window, "onProfileViewButtonClicked");
+
+        const QStringList expected = {u"selection"_s, u"TaskViewButton off"_s, u"NewTaskViewButton off"_s,
+            u"SettingsViewButton off"_s, u"ProfileViewButton off"_s, u"PatchNoticesViewButton off"_s,
+            u"ProfileViewButton on"_s};
+        QCOMPARE(*log, expected);
+    }
+
+    void slidesThePanelOutAndClearsTheSelectionWhenThePageChanges_data()
+    {
+        QTest::addColumn<QString>("button");
+        for (const QString &name : buttonNames) {
+            QTest::newRow(qPrintable(name)) << name;
+        }
+    }
+
+    void slidesThePanelOutAndClearsTheSelectionWhenThePageChanges()
+    {
+        QFETCH(QString, button);
+        home::writeTasks({home::record(u"{a}"_s, u"Uno"_s)});
+        MainWindow window;
+        window.show();
+        const auto *list = widget<QListView>(window, "TaskListView");
+        selectFirstTask(window);
+        QTRY_COMPARE(widget(window, "TaskDetail")->geometry(), openPanel);
+        QVERIFY(list->selectionModel()->hasSelection());
+
+        window.findChild<QPushButton *>(button)->click();
+
+        QVERIFY(!list->selectionModel()->hasSelection());
+        QTRY_COMPARE(widget(window, "TaskDetail")->geometry(), closedPanel);
+    }
+
+    void slidesTheBannerInAndOut()
+    {
+        MainWindow window;
+        window.show();
+
+        callSlot(window, "showUpdateMessage");
+        QTRY_COMPARE(widget(window, "FrameUpdater")->geometry(), openBanner);
+        widget<QPushButton>(window, "CancelUpdate")->click();
+        QTRY_COMPARE(widget(window, "FrameUpdater")->geometry(), closedBanner);
+    }
+};
+
+NUBARIA_TEST_MAIN(NavigationTest)
+#include "navigationtest.moc"

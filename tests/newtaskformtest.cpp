@@ -1,0 +1,347 @@
+#include "support/home.h"
+#include "support/messageboxes.h"
+#include "support/testmain.h"
+#include "support/traymessages.h"
+#include "support/window.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QFile>
+#include <QLineEdit>
+#include <QTextEdit>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+void fillForm(const MainWindow &window)
+{
+    widget<QLineEdit>(window, "TaskTitle")->setText(u"Comprar piñón"_s);
+    widget<QTextEdit>(window, "TaskDescription")->setPlainText(u"Medio kilo"_s);
+    widget<QComboBox>(window, "CategoryTaskBox")->setCurrentIndex(1);
+    widget<QDateEdit>(window, "DateLimitTask")->setDate(QDate(2031, 3, 5));
+    widget<QComboBox>(window, "UrgencyTaskBox")->setCurrentIndex(3);
+}
+
+void empty(const MainWindow &window, const QByteArray &field)
+{
+    if (field == "TaskTitle") {
+        widget<QLineEdit>(window, "TaskTitle")->clear();
+    } else if (field == "TaskDescription") {
+        widget<QTextEdit>(window, "TaskDescription")->clear();
+    } else {
+        widget<QComboBox>(window, field.constData())->setCurrentIndex(-1);
+    }
+}
+
+// A text beside no chosen item, which the form itself never offers.
+void typeIntoCombo(const MainWindow &window, const QByteArray &combo)
+{
+    auto *box = widget<QComboBox>(window, combo.constData());
+    box->setEditable(true);
+    box->setCurrentIndex(-1);
+    box->setEditText(u"Hogar"_s);
+}
+
+QStringList formTexts(const MainWindow &window)
+{
+    return {widget<QLineEdit>(window, "TaskTitle")->text(),
+        widget<QTextEdit>(window, "TaskDescription")->toPlainText(),
+        widget<QComboBox>(window, "CategoryTaskBox")->currentText(),
+        widget<QDateEdit>(window, "DateLimitTask")->date().toString(Qt::ISODate),
+        widget<QComboBox>(window, "UrgencyTaskBox")->currentText()};
+}
+
+QStringList filledTexts()
+{
+    return {u"Comprar piñón"_s, u"Medio kilo"_s, u"Trabajo"_s, u"2031-03-05"_s, u"Alta"_s};
+}
+
+void click(const MainWindow &window, const char *button)
+{
+    widget<QAbstractButton>(window, button)->click();
+}
+
+} // namespace
+
+class NewTaskFormTest final : public QObject
+{
+    Q_OBJECT
+
+    QStringList m_noted;
+
+private slots:
+    void init()
+    {
+        home::reset();
+        traymessages::clear();
+        m_noted.clear();
+    }
+
+    void anEmptyFieldIsRefused_data();
+    void anEmptyFieldIsRefused();
+    void blanksAreContent();
+    void aTextWithoutChosenItemIsRefused_data();
+    void aTextWithoutChosenItemIsRefused();
+    void completenessIsCheckedBeforeTheChoice();
+    void theFormIsCheckedBeforeTheFile();
+
+    void everyWayOutResetsTheForm_data();
+    void everyWayOutResetsTheForm();
+    void theFormIsResetFromTopToBottom_data();
+    void theFormIsResetFromTopToBottom();
+    void theFormStaysBetweenVisits();
+    void cleaningStaysOnThePageAndSavesNothing();
+    void cancellingReturnsToTheTasksAndSavesNothing();
+    void cancellingLeavesThePageBeforeItResetsTheForm();
+    void cancellingSlidesTheDetailPanelOut();
+};
+
+void NewTaskFormTest::anEmptyFieldIsRefused_data()
+{
+    QTest::addColumn<QByteArrayList>("fields");
+    QTest::newRow("title") << QByteArrayList{"TaskTitle"};
+    QTest::newRow("description") << QByteArrayList{"TaskDescription"};
+    QTest::newRow("category") << QByteArrayList{"CategoryTaskBox"};
+    QTest::newRow("urgency") << QByteArrayList{"UrgencyTaskBox"};
+    QTest::newRow("all") << QByteArrayList{
+        "TaskTitle", "TaskDescription", "CategoryTaskBox", "UrgencyTaskBox"};
+}
+
+void NewTaskFormTest::anEmptyFieldIsRefused()
+{
+    QFETCH(QByteArrayList, fields);
+    const MainWindow window;
+    click(window, "NewTaskViewButton");
+    fillForm(window);
+    for (const QByteArray &field : std::as_const(fields)) {
+        empty(window, field);
+    }
+    const QStringList typed = formTexts(window);
+    const MessageBoxes boxes;
+
+    click(window, "SaveTaskButton");
+
+    QCOMPARE(boxes.shown().size(), 1);
+    const ShownBox box = boxes.shown().constFirst();
+    QCOMPARE(box.title, u"Datos incompletos"_s);
+    QCOMPARE(box.text, u"Por favor, llene todos los campos requeridos"_s);
+    QCOMPARE(box.icon, QMessageBox::Warning);
+    QCOMPARE(box.buttons, QMessageBox::Ok);
+    QVERIFY(box.hasParent);
+    QCOMPARE(formTexts(window), typed);
+    QVERIFY(!widget(window, "NewTasksPage")->isHidden());
+    QVERIFY(!QFile::exists(home::taskFile()));
+    QCOMPARE(traymessages::all().size(), 0);
+}
+
+void NewTaskFormTest::blanksAreContent()
+{
+    const MainWindow window;
+    fillForm(window);
+    widget<QLineEdit>(window, "TaskTitle")->setText(u" "_s);
+    widget<QTextEdit>(window, "TaskDescription")->setPlainText(u"\n"_s);
+    const MessageBoxes boxes;
+
+    click(window, "SaveTaskButton");
+
+    QCOMPARE(boxes.shown().size(), 0);
+    QCOMPARE(home::tasks().size(), 1);
+    QCOMPARE(home::tasks().first()["title"_L1].toString(), u" "_s);
+    QCOMPARE(home::tasks().first()["description"_L1].toString(), u"\n"_s);
+}
+
+void NewTaskFormTest::aTextWithoutChosenItemIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("combo");
+    QTest::newRow("category") << QByteArray("CategoryTaskBox");
+    QTest::newRow("urgency") << QByteArray("UrgencyTaskBox");
+}
+
+void NewTaskFormTest::aTextWithoutChosenItemIsRefused()
+{
+    QFETCH(QByteArray, combo);
+    const MainWindow window;
+    fillForm(window);
+    typeIntoCombo(window, combo);
+    const QStringList typed = formTexts(window);
+    QVERIFY(typed.contains(u"Hogar"_s));
+    const MessageBoxes boxes;
+
+    click(window, "SaveTaskButton");
+
+    QCOMPARE(boxes.shown().size(), 1);
+    const ShownBox box = boxes.shown().constFirst();
+    QCOMPARE(box.title, u"Selección incompleta"_s);
+    QCOMPARE(box.text, u"Por favor, seleccione una categoría y una urgencia válida"_s);
+    QCOMPARE(box.icon, QMessageBox::Warning);
+    QCOMPARE(box.buttons, QMessageBox::Ok);
+    QVERIFY(box.hasParent);
+    QCOMPARE(formTexts(window), typed);
+    QVERIFY(!QFile::exists(home::taskFile()));
+}
+
+void NewTaskFormTest::completenessIsCheckedBeforeTheChoice()
+{
+    const MainWindow window;
+    fillForm(window);
+    typeIntoCombo(window, "CategoryTaskBox");
+    empty(window, "UrgencyTaskBox");
+    const MessageBoxes boxes;
+
+    click(window, "SaveTaskButton");
+
+    QCOMPARE(boxes.shown().size(), 1);
+    QCOMPARE(boxes.shown().constFirst().title, u"Datos incompletos"_s);
+}
+
+void NewTaskFormTest::theFormIsCheckedBeforeTheFile()
+{
+    const MainWindow window;
+    home::blockTaskFile();
+    fillForm(window);
+    empty(window, "TaskTitle");
+    const MessageBoxes boxes;
+
+    click(window, "SaveTaskButton");
+
+    QCOMPARE(boxes.shown().size(), 1);
+    QCOMPARE(boxes.shown().constFirst().title, u"Datos incompletos"_s);
+}
+
+void NewTaskFormTest::everyWayOutResetsTheForm_data()
+{
+    QTest::addColumn<QByteArray>("button");
+    QTest::newRow("save") << QByteArray("SaveTaskButton");
+    QTest::newRow("clean") << QByteArray("CleanTaskButton");
+    QTest::newRow("cancel") << QByteArray("CancelTaskButton");
+}
+
+void NewTaskFormTest::everyWayOutResetsTheForm()
+{
+    QFETCH(QByteArray, button);
+    const MainWindow window;
+    fillForm(window);
+    QCOMPARE(formTexts(window), filledTexts());
+    const QDate before = QDate::currentDate();
+
+    click(window, button.constData());
+
+    const QDate after = QDate::currentDate();
+    QCOMPARE(widget<QLineEdit>(window, "TaskTitle")->text(), QString());
+    QCOMPARE(widget<QTextEdit>(window, "TaskDescription")->toPlainText(), QString());
+    for (const char *combo : {"CategoryTaskBox", "UrgencyTaskBox"}) {
+        QCOMPARE(widget<QComboBox>(window, combo)->currentIndex(), -1);
+        QCOMPARE(widget<QComboBox>(window, combo)->placeholderText(), u"Seleccionar..."_s);
+    }
+    const QDate shown = widget<QDateEdit>(window, "DateLimitTask")->date();
+    QVERIFY(shown == before || shown == after); // unless midnight came between, the same
+}
+
+void NewTaskFormTest::theFormIsResetFromTopToBottom_data()
+{
+    everyWayOutResetsTheForm_data();
+}
+
+void NewTaskFormTest::theFormIsResetFromTopToBottom()
+{
+    QFETCH(QByteArray, button);
+    const MainWindow window;
+    fillForm(window);
+    const auto note = [this](const QString &field) {
+        return [this, field] {
+            m_noted.append(field);
+        };
+    };
+    connect(widget<QLineEdit>(window, "TaskTitle"), &QLineEdit::textChanged, this, note(u"title"_s));
+    connect(
+        widget<QTextEdit>(window, "TaskDescription"), &QTextEdit::textChanged, this, note(u"description"_s));
+    connect(widget<QComboBox>(window, "CategoryTaskBox"), &QComboBox::currentIndexChanged, this,
+        note(u"category"_s));
+    connect(widget<QDateEdit>(window, "DateLimitTask"), &QDateEdit::dateChanged, this, note(u"date"_s));
+    connect(widget<QComboBox>(window, "UrgencyTaskBox"), &QComboBox::currentIndexChanged, this,
+        note(u"urgency"_s));
+
+    click(window, button.constData());
+
+    QCOMPARE(m_noted, (QStringList{u"title"_s, u"description"_s, u"category"_s, u"date"_s, u"urgency"_s}));
+}
+
+void NewTaskFormTest::theFormStaysBetweenVisits()
+{
+    const MainWindow window;
+    click(window, "NewTaskViewButton");
+    fillForm(window);
+
+    click(window, "TaskViewButton");
+    click(window, "NewTaskViewButton");
+
+    QCOMPARE(formTexts(window), filledTexts());
+}
+
+void NewTaskFormTest::cleaningStaysOnThePageAndSavesNothing()
+{
+    const MainWindow window;
+    click(window, "NewTaskViewButton");
+    fillForm(window);
+    const MessageBoxes boxes;
+
+    click(window, "CleanTaskButton");
+
+    QVERIFY(!widget(window, "NewTasksPage")->isHidden());
+    QVERIFY(widget(window, "TasksPage")->isHidden());
+    QVERIFY(widget<QAbstractButton>(window, "NewTaskViewButton")->isChecked());
+    QCOMPARE(boxes.shown().size(), 0);
+    QVERIFY(!QFile::exists(home::taskFile()));
+}
+
+void NewTaskFormTest::cancellingReturnsToTheTasksAndSavesNothing()
+{
+    const MainWindow window;
+    click(window, "NewTaskViewButton");
+    fillForm(window);
+    const MessageBoxes boxes;
+
+    click(window, "CancelTaskButton");
+
+    QVERIFY(!widget(window, "TasksPage")->isHidden());
+    QVERIFY(widget(window, "NewTasksPage")->isHidden());
+    QVERIFY(widget<QAbstractButton>(window, "TaskViewButton")->isChecked());
+    QVERIFY(!widget<QAbstractButton>(window, "NewTaskViewButton")->isChecked());
+    QCOMPARE(boxes.shown().size(), 0);
+    QVERIFY(!QFile::exists(home::taskFile()));
+    click(window, "NewTaskViewButton");
+    QCOMPARE(widget<QLineEdit>(window, "TaskTitle")->text(), QString());
+}
+
+void NewTaskFormTest::cancellingLeavesThePageBeforeItResetsTheForm()
+{
+    const MainWindow window;
+    click(window, "NewTaskViewButton");
+    fillForm(window);
+    const auto *page = widget(window, "NewTasksPage");
+    connect(widget<QLineEdit>(window, "TaskTitle"), &QLineEdit::textChanged, this,
+        [this, page] { m_noted.append(page->isHidden() ? u"page left"_s : u"still on the page"_s); });
+
+    click(window, "CancelTaskButton");
+
+    QCOMPARE(m_noted, QStringList{u"page left"_s});
+}
+
+void NewTaskFormTest::cancellingSlidesTheDetailPanelOut()
+{
+    home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
+    const MainWindow window;
+    auto *list = widget<QListView>(window, "TaskListView");
+    list->setCurrentIndex(list->model()->index(0, 0));
+    QTRY_COMPARE(widget(window, "TaskDetail")->geometry(), QRect(0, 0, 1010, 700));
+
+    click(window, "CancelTaskButton");
+
+    QTRY_COMPARE(widget(window, "TaskDetail")->geometry(), QRect(1010, 0, 1010, 700));
+    QVERIFY(!list->selectionModel()->hasSelection());
+}
+
+NUBARIA_TEST_MAIN(NewTaskFormTest)
+#include "newtaskformtest.moc"

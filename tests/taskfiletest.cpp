@@ -1,0 +1,400 @@
+#include "mainwindow/taskfile.h"
+
+#include "support/failingopen.h"
+#include "support/home.h"
+#include "support/testmain.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QScopeGuard>
+#include <QTemporaryDir>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+Task completeTask()
+{
+    return {.id = u"{0b1c}"_s,
+        .title = u"Pagar la luz"_s,
+        .description = u"Recibo en el cajón"_s,
+        .category = u"Personal"_s,
+        .dateLimit = u"05-03-2026"_s,
+        .urgency = u"Muy baja"_s};
+}
+
+QJsonObject completeRecord()
+{
+    return {{u"id"_s, u"{0b1c}"_s}, {u"title"_s, u"Pagar la luz"_s},
+        {u"description"_s, u"Recibo en el cajón"_s}, {u"category"_s, u"Personal"_s},
+        {u"dateLimit"_s, u"05-03-2026"_s}, {u"urgency"_s, u"Muy baja"_s}};
+}
+
+} // namespace
+
+class TaskFileTest final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init() { home::reset(); }
+
+    void standsInTheHomeDirectory();
+    void isSoughtAnewAtEachAccess();
+    void makesNoFolder();
+
+    void aRecordHoldsSixTexts();
+    void aTaskIsReadFromTheSixTexts();
+    void whatIsNoTextReadsAsEmpty_data();
+    void whatIsNoTextReadsAsEmpty();
+    void anElementThatIsNoObjectReadsAsAnEmptyTask_data();
+    void anElementThatIsNoObjectReadsAsAnEmptyTask();
+    void readsSingleTextsOfARecord();
+    void newIdsAreBracedUuidsInLowerCase();
+    void newIdsDiffer();
+    void findsTheFirstRecordWithAnId();
+    void findsNoRecordWithoutTheId();
+
+    void writesAnIndentedArray();
+    void writesUtf8WithoutByteOrderMark();
+    void writesAnEmptyArray();
+    void writingReplacesALongerContent();
+    void aFileThatCannotBeOpenedForWritingKeepsItsContent();
+    void makesAnEmptyFile();
+    void saysWhyAFileCannotBeMade();
+
+    void readsWhatWasWritten();
+    void readsAnArrayAfterAByteOrderMark();
+    void whatIsNoArrayReadsAsNoTasks_data();
+    void whatIsNoArrayReadsAsNoTasks();
+    void readingDoesNotMakeAFile();
+    void openingForReadingAndWritingMakesAMissingFile();
+    void openingForReadingAndWritingNeedsBoth();
+    void saysWhyAFileCannotBeRead();
+
+    void readsDueDatesOfTwoTwoAndFourDigits_data();
+    void readsDueDatesOfTwoTwoAndFourDigits();
+    void writesDueDatesWithTwoTwoAndFourDigits();
+};
+
+void TaskFileTest::standsInTheHomeDirectory()
+{
+    QCOMPARE(taskFilePath(), QString(qEnvironmentVariable("HOME") + "/rmc.json"_L1));
+    QVERIFY(!taskFileExists());
+
+    home::writeBytes("[]");
+
+    QVERIFY(taskFileExists());
+}
+
+void TaskFileTest::isSoughtAnewAtEachAccess()
+{
+    home::writeTasks({completeRecord()});
+    QCOMPARE(readTaskFile().tasks.size(), 1);
+    const QTemporaryDir otherHome;
+    QVERIFY(otherHome.isValid());
+    const QByteArray oldHome = qgetenv("HOME");
+    const auto restore = qScopeGuard([&oldHome] { qputenv("HOME", oldHome); });
+
+    qputenv("HOME", QFile::encodeName(otherHome.path()));
+
+    QCOMPARE(taskFilePath(), QString(otherHome.path() + "/rmc.json"_L1));
+    QVERIFY(!taskFileExists());
+    QVERIFY(!writeTaskFile({}));
+    QVERIFY(QFile::exists(otherHome.filePath(u"rmc.json"_s)));
+    QCOMPARE(readTaskFile().tasks.size(), 0);
+}
+
+void TaskFileTest::makesNoFolder()
+{
+    QVERIFY(QDir(QDir::homePath()).removeRecursively());
+
+    QCOMPARE(writeTaskFile({completeRecord()}), u"No such file or directory"_s);
+
+    QVERIFY(!QFile::exists(QDir::homePath()));
+}
+
+void TaskFileTest::aRecordHoldsSixTexts()
+{
+    QCOMPARE(taskToJson(completeTask()), completeRecord());
+    QCOMPARE(taskToJson(Task()).size(), 6);
+}
+
+void TaskFileTest::aTaskIsReadFromTheSixTexts()
+{
+    QJsonObject record = completeRecord();
+    record[u"notes"_s] = 3;
+
+    QVERIFY(taskFromJson(record) == completeTask());
+}
+
+void TaskFileTest::whatIsNoTextReadsAsEmpty_data()
+{
+    QTest::addColumn<QJsonValue>("value");
+    QTest::newRow("absent") << QJsonValue(QJsonValue::Undefined);
+    QTest::newRow("null") << QJsonValue();
+    QTest::newRow("number") << QJsonValue(7);
+    QTest::newRow("boolean") << QJsonValue(true);
+    QTest::newRow("array") << QJsonValue(QJsonArray{u"a"_s});
+    QTest::newRow("object") << QJsonValue(QJsonObject{{u"a"_s, u"b"_s}});
+}
+
+void TaskFileTest::whatIsNoTextReadsAsEmpty()
+{
+    QFETCH(QJsonValue, value);
+    QJsonObject record;
+    const QStringList keys = completeRecord().keys();
+    for (const QString &key : keys) {
+        record.insert(key, value);
+    }
+
+    QVERIFY(taskFromJson(record) == Task());
+    QCOMPARE(taskId(record), QString());
+    QCOMPARE(taskTitle(record), QString());
+    QCOMPARE(taskUrgency(record), QString());
+    QCOMPARE(taskDateLimit(record), QString());
+}
+
+void TaskFileTest::anElementThatIsNoObjectReadsAsAnEmptyTask_data()
+{
+    QTest::addColumn<QJsonValue>("element");
+    QTest::newRow("null") << QJsonValue();
+    QTest::newRow("text") << QJsonValue(u"Pagar la luz"_s);
+    QTest::newRow("number") << QJsonValue(7);
+    QTest::newRow("array of a record") << QJsonValue(QJsonArray{completeRecord()});
+}
+
+void TaskFileTest::anElementThatIsNoObjectReadsAsAnEmptyTask()
+{
+    QFETCH(QJsonValue, element);
+
+    QVERIFY(taskFromJson(element) == Task());
+    QCOMPARE(taskTitle(element), QString());
+}
+
+void TaskFileTest::readsSingleTextsOfARecord()
+{
+    QCOMPARE(taskId(completeRecord()), u"{0b1c}"_s);
+    QCOMPARE(taskTitle(completeRecord()), u"Pagar la luz"_s);
+    QCOMPARE(taskUrgency(completeRecord()), u"Muy baja"_s);
+    QCOMPARE(taskDateLimit(completeRecord()), u"05-03-2026"_s);
+}
+
+void TaskFileTest::newIdsAreBracedUuidsInLowerCase()
+{
+    static const QRegularExpression randomUuid(
+        u"^\\{[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}\\}$"_s);
+
+    const QString id = newTaskId();
+
+    QVERIFY2(randomUuid.match(id).hasMatch(), qPrintable(id));
+}
+
+void TaskFileTest::newIdsDiffer()
+{
+    QVERIFY(newTaskId() != newTaskId());
+}
+
+void TaskFileTest::findsTheFirstRecordWithAnId()
+{
+    const QJsonArray tasks{u"no object"_s, home::record(u"{a}"_s, u"uno"_s), home::record(u"{b}"_s, u"dos"_s),
+        home::record(u"{b}"_s, u"tres"_s)};
+
+    QCOMPARE(indexOfTask(tasks, u"{b}"_s), 2);
+}
+
+void TaskFileTest::findsNoRecordWithoutTheId()
+{
+    const QJsonArray tasks{home::record(u"{a}"_s, u"{B}"_s)};
+
+    QCOMPARE(indexOfTask(tasks, u"{B}"_s), -1);
+    QCOMPARE(indexOfTask(tasks, u"{A}"_s), -1);
+    QCOMPARE(indexOfTask({}, QString()), -1);
+}
+
+void TaskFileTest::writesAnIndentedArray()
+{
+    QVERIFY(!writeTaskFile({completeRecord()}));
+
+    QCOMPARE(home::bytes(),
+        QByteArray("[\n"
+                   "    {\n"
+                   "        \"category\": \"Personal\",\n"
+                   "        \"dateLimit\": \"05-03-2026\",\n"
+                   "        \"description\": \"Recibo en el cajón\",\n"
+                   "        \"id\": \"{0b1c}\",\n"
+                   "        \"title\": \"Pagar la luz\",\n"
+                   "        \"urgency\": \"Muy baja\"\n"
+                   "    }\n"
+                   "]\n"));
+}
+
+void TaskFileTest::writesUtf8WithoutByteOrderMark()
+{
+    QVERIFY(!writeTaskFile({u"Añadir piñón 🌵"_s}));
+
+    QCOMPARE(home::bytes(),
+        QByteArray("[\n    \"A\xC3\xB1"
+                   "adir pi\xC3\xB1\xC3\xB3n \xF0\x9F\x8C\xB5\"\n]\n"));
+}
+
+void TaskFileTest::writesAnEmptyArray()
+{
+    QVERIFY(!writeTaskFile({}));
+
+    QCOMPARE(home::bytes(), QByteArray("[\n]\n"));
+}
+
+void TaskFileTest::writingReplacesALongerContent()
+{
+    home::writeBytes(QByteArray(5000, 'x'));
+
+    QVERIFY(!writeTaskFile({}));
+
+    QCOMPARE(home::bytes(), QByteArray("[\n]\n"));
+}
+
+void TaskFileTest::aFileThatCannotBeOpenedForWritingKeepsItsContent()
+{
+    home::writeBytes(R"([ {"id": "{a}"} ])");
+    const FailingOpen failing(O_WRONLY);
+
+    QCOMPARE(writeTaskFile({completeRecord()}), u"Permission denied"_s);
+
+    QCOMPARE(home::bytes(), QByteArray(R"([ {"id": "{a}"} ])"));
+}
+
+void TaskFileTest::makesAnEmptyFile()
+{
+    QVERIFY(!createTaskFile());
+
+    QVERIFY(QFile::exists(home::taskFile()));
+    QCOMPARE(home::bytes(), QByteArray());
+}
+
+void TaskFileTest::saysWhyAFileCannotBeMade()
+{
+    const FailingOpen failing(O_WRONLY);
+
+    QCOMPARE(createTaskFile(), u"Permission denied"_s);
+
+    QVERIFY(!QFile::exists(home::taskFile()));
+}
+
+void TaskFileTest::readsWhatWasWritten()
+{
+    const QJsonArray tasks{
+        completeRecord(), home::record(u"{b}"_s, u"Ñandú «entre comillas»\nen dos líneas"_s)};
+    QVERIFY(!writeTaskFile(tasks));
+
+    const TaskFileContents contents = readTaskFile();
+
+    QCOMPARE(contents.tasks, tasks);
+    QVERIFY(!contents.error);
+}
+
+void TaskFileTest::readsAnArrayAfterAByteOrderMark()
+{
+    home::writeBytes("\xEF\xBB\xBF[{\"title\": \"Pagar\"}]");
+
+    QCOMPARE(readTaskFile().tasks, (QJsonArray{QJsonObject{{u"title"_s, u"Pagar"_s}}}));
+}
+
+void TaskFileTest::whatIsNoArrayReadsAsNoTasks_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("blanks") << QByteArray(" \n\t");
+    QTest::newRow("truncated") << QByteArray(R"([{"id": "{a}"}, {"id": "{b)");
+    QTest::newRow("no JSON") << QByteArray("id;title\n1;Pagar");
+    QTest::newRow("trailing comma") << QByteArray(R"([{"id": "{a}"},])");
+    QTest::newRow("trailing text") << QByteArray(R"([{"id": "{a}"}] fin)");
+    QTest::newRow("object") << QByteArray(R"({"0": {"id": "{a}"}})");
+    QTest::newRow("text") << QByteArray(R"("[]")");
+    QTest::newRow("number") << QByteArray("3");
+    QTest::newRow("null") << QByteArray("null");
+    QTest::newRow("Latin-1") << QByteArray("[{\"title\": \"A\xF1"
+                                           "adir\"}]");
+    QTest::newRow("cut UTF-8 sequence") << QByteArray("[{\"title\": \"A\xC3\"}]");
+}
+
+void TaskFileTest::whatIsNoArrayReadsAsNoTasks()
+{
+    QFETCH(QByteArray, bytes);
+    home::writeBytes(bytes);
+
+    const TaskFileContents contents = readTaskFile();
+
+    QCOMPARE(contents.tasks, QJsonArray());
+    QVERIFY(!contents.error);
+    QCOMPARE(home::bytes(), bytes);
+}
+
+void TaskFileTest::readingDoesNotMakeAFile()
+{
+    QCOMPARE(readTaskFile().error, u"No such file or directory"_s);
+
+    QVERIFY(!QFile::exists(home::taskFile()));
+}
+
+void TaskFileTest::openingForReadingAndWritingMakesAMissingFile()
+{
+    const TaskFileContents contents = readTaskFile(QIODevice::ReadWrite);
+
+    QVERIFY(!contents.error);
+    QCOMPARE(contents.tasks, QJsonArray());
+    QVERIFY(QFile::exists(home::taskFile()));
+}
+
+void TaskFileTest::openingForReadingAndWritingNeedsBoth()
+{
+    home::writeTasks({completeRecord()});
+    const FailingOpen failing(O_RDWR);
+
+    QCOMPARE(readTaskFile(QIODevice::ReadWrite).error, u"Permission denied"_s);
+    QCOMPARE(readTaskFile().tasks, QJsonArray{completeRecord()});
+}
+
+void TaskFileTest::saysWhyAFileCannotBeRead()
+{
+    home::writeTasks({completeRecord()});
+    const FailingOpen failing(O_RDONLY);
+
+    const TaskFileContents contents = readTaskFile();
+
+    QCOMPARE(contents.error, u"Permission denied"_s);
+    QCOMPARE(contents.tasks, QJsonArray());
+}
+
+void TaskFileTest::readsDueDatesOfTwoTwoAndFourDigits_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QDate>("date");
+    QTest::newRow("fifth of March") << u"05-03-2026"_s << QDate(2026, 3, 5);
+    QTest::newRow("leap day") << u"29-02-2024"_s << QDate(2024, 2, 29);
+    QTest::newRow("no leap day") << u"29-02-2025"_s << QDate();
+    QTest::newRow("no such day") << u"31-04-2026"_s << QDate();
+    QTest::newRow("single digits") << u"5-3-2026"_s << QDate();
+    QTest::newRow("two-digit year") << u"05-03-26"_s << QDate();
+    QTest::newRow("five-digit year") << u"05-03-20261"_s << QDate();
+    QTest::newRow("slashes") << u"05/03/2026"_s << QDate();
+    QTest::newRow("year first") << u"2026-03-05"_s << QDate();
+    QTest::newRow("blank before") << u" 05-03-2026"_s << QDate();
+    QTest::newRow("empty") << QString() << QDate();
+}
+
+void TaskFileTest::readsDueDatesOfTwoTwoAndFourDigits()
+{
+    QFETCH(QString, text);
+    QFETCH(QDate, date);
+
+    QCOMPARE(dueDateFromText(text), date);
+}
+
+void TaskFileTest::writesDueDatesWithTwoTwoAndFourDigits()
+{
+    QCOMPARE(dueDateToText(QDate(2026, 3, 5)), u"05-03-2026"_s);
+    QCOMPARE(dueDateToText(QDate(1999, 12, 31)), u"31-12-1999"_s);
+}
+
+NUBARIA_TEST_MAIN(TaskFileTest)
+#include "taskfiletest.moc"
