@@ -22,7 +22,7 @@ public:
     MarkerLock()
     {
 #ifndef Q_OS_WIN
-        m_file.tryLock(std::chrono::seconds(5));
+        [[maybe_unused]] const bool locked = m_file.tryLock(std::chrono::seconds(5));
 #endif
     }
 

@@ -21,7 +21,7 @@ struct Slide
     QEasingCurve::Type easing = QEasingCurve::Linear;
 };
 
-// A new slide runs beside one that is still under way; both end where they were told to.
+// Nothing here stops an earlier slide of the same panel: Qt does, when the new one starts.
 QPropertyAnimation *startSlide(QWidget *panel, const Slide &slide, QObject *parent = nullptr)
 {
     auto *animation = new QPropertyAnimation(panel, "geometry", parent);

@@ -60,7 +60,7 @@ void MainWindow::loadProfilePicture()
 {
     const QSettings store(preferences::organisation, preferences::mainStore);
     const QString path = store.value(preferences::profilePicturePath, QString()).toString();
-    if (!path.isEmpty() && QFileInfo::exists(path)) {
+    if (!path.isEmpty() && QFileInfo(path).isFile()) {
         showProfilePicture(path);
     }
 }

@@ -81,7 +81,8 @@ QList<QPoint> opaquePixels(const QImage &image)
 bool isDisc(const QImage &image, const QColor &color)
 {
     const QList<QPoint> disc = opaquePixels(image);
-    return !disc.isEmpty() && disc.size() < qsizetype{image.width()} * image.height()
+    const qsizetype all = static_cast<qsizetype>(image.width()) * image.height();
+    return !disc.isEmpty() && disc.size() < all
         && std::all_of(
             disc.begin(), disc.end(), [&](const QPoint &place) { return image.pixelColor(place) == color; });
 }
