@@ -26,7 +26,7 @@ std::vector<SortableTask> sortableTasks(const QJsonArray &tasks)
 {
     std::vector<SortableTask> sortable;
     sortable.reserve(static_cast<std::size_t>(tasks.size()));
-    for (const QJsonValue record : tasks) {
+    for (const auto &record : tasks) {
         sortable.push_back({taskTitle(record), taskId(record), urgencyRank(taskUrgency(record))});
     }
     return sortable;
@@ -46,7 +46,7 @@ TaskRows rowsInFileOrder(const QJsonArray &tasks)
     TaskRows rows;
     rows.titles.reserve(tasks.size());
     rows.ids.reserve(tasks.size());
-    for (const QJsonValue record : tasks) {
+    for (const auto &record : tasks) {
         rows.titles.append(taskTitle(record));
         rows.ids.append(taskId(record));
     }
@@ -77,7 +77,7 @@ TaskRows rowsInOrder(const QJsonArray &tasks, TaskOrder order)
 TaskRows rowsMatching(const QJsonArray &tasks, const QString &searchText)
 {
     TaskRows rows;
-    for (const QJsonValue record : tasks) {
+    for (const auto &record : tasks) {
         const QString title = taskTitle(record);
         if (title.contains(searchText, Qt::CaseInsensitive)) {
             rows.titles.append(title);

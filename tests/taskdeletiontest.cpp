@@ -138,7 +138,8 @@ void TaskDeletionTest::asksFirst()
     QCOMPARE(box.text, u"¿Está seguro de que desea finalizar y eliminar esta tarea?"_s);
     QCOMPARE(box.buttons, QMessageBox::Yes | QMessageBox::No);
     QCOMPARE(box.styleSheet,
-        u"QPushButton {  border-radius: 5px;  border: 1px solid black;  padding: 5px 10px;}QPushButton:hover {  background-color: #d3d3d3;}"_s);
+        u"QPushButton {  border-radius: 5px;  border: 1px solid black;  padding: 5px 10px;}"
+        "QPushButton:hover {  background-color: #d3d3d3;}"_s);
     const QPixmap picture(u":/imageres/help.png"_s);
     QVERIFY(!picture.isNull());
     QCOMPARE(box.picture, picture.toImage());
