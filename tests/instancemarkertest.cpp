@@ -18,10 +18,10 @@ key_t keyOfEveryFile = -1; // negative: each has its own
 } // namespace
 
 // Which file gets the key of a lost one is the file system's choice; here it is the test's.
-extern "C" key_t ftok(const char *path, int project)
+extern "C" key_t ftok(const char *pathname, int proj_id)
 {
     static const auto realFtok = reinterpret_cast<key_t (*)(const char *, int)>(dlsym(RTLD_NEXT, "ftok"));
-    const key_t key = realFtok(path, project);
+    const key_t key = realFtok(pathname, proj_id);
     return key >= 0 && keyOfEveryFile >= 0 ? keyOfEveryFile : key;
 }
 

@@ -12,8 +12,8 @@
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <csignal>
 
-#include <signal.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -53,8 +53,10 @@ private slots:
     void manyStartsAtOnceLeaveOneCopy()
     {
         Session session(program());
+        constexpr int starts = 20;
         std::vector<QProcess *> copies;
-        for (int start = 0; start < 20; ++start) {
+        copies.reserve(starts);
+        for (int start = 0; start < starts; ++start) {
             copies.push_back(&session.start());
         }
 

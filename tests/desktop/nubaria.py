@@ -6,7 +6,7 @@ from typing import NamedTuple
 from desktop import Failure, active_window, click, colour, geometry, press, run, signature, type_text, wait_for
 
 # Places in the window.
-PAGES = {"Lista de tareas": (119, 125), "Nueva tarea": (119, 160), "Ajustes": (119, 300)}
+PAGES = {"Lista de tareas": (119, 125), "Nueva tarea": (119, 160), "Perfil": (119, 230), "Ajustes": (119, 300)}
 ORDER = (1100, 35)
 CATEGORY, URGENCY, SAVE = (410, 552), (1045, 552), (1075, 642)
 PANEL_CATEGORY, FINISH, UPDATE = (430, 565), (745, 642), (1075, 642)
@@ -216,6 +216,6 @@ class Nubaria:
         except Failure:
             raise Failure(f"the file holds {self.tasks()} instead of {expected}") from None
 
-    def preferences(self):
-        path = self.desktop.folders["config"] / "Quenoli" / "Quenoli.conf"
+    def preferences(self, store="Quenoli"):
+        path = self.desktop.folders["config"] / "Quenoli" / f"{store}.conf"
         return path.read_text(encoding="utf-8") if path.exists() else ""

@@ -8,15 +8,12 @@ first step that fails. Needs Xvfb, openbox, xdotool, ImageMagick and the X utili
 """
 
 import re
-import shutil
-import signal
 import sys
-import tempfile
 import time
-from pathlib import Path
 
-from desktop import Desktop, Failure, geometry, picture, press, run, wait_for
-from nubaria import CATEGORIES, ORDER, ORDERS, PANEL_CATEGORY, PANEL_TITLE, SEARCH, Nubaria
+from desktop import Failure, geometry, press, run, wait_for
+from nubaria import CATEGORIES, ORDER, ORDERS, PANEL_CATEGORY, PANEL_TITLE, SEARCH
+from telling import between, perform
 
 PLUMBING = {
     "title": "Revisión del año: cañería",
@@ -164,44 +161,8 @@ class Story:
         if files or self.desktop.markers():
             raise Failure(f"temporary files {files} and markers {self.desktop.markers()} are left")
 
-    def steps(self):
-        """The functions above up to the one that ends the story."""
-        names = [name for name, value in vars(Story).items() if callable(value)]
-        return names[names.index("the_window_appears"):names.index("order_by")]
-
-
-def tell(story, pictures):
-    for number, name in enumerate(story.steps(), 1):
-        try:
-            getattr(story, name)()
-        except Failure as failure:
-            picture(pictures / "failure.png")
-            raise Failure(f"step {number}, {name.replace('_', ' ')}: {failure}") from None
-        picture(pictures / f"{number:02}-{name.replace('_', '-')}.png")
-
-
-def main():
-    if len(sys.argv) != 3:
-        print(__doc__, file=sys.stderr)
-        return 2
-    program, pictures = Path(sys.argv[1]).resolve(), Path(sys.argv[2])
-    pictures.mkdir(parents=True, exist_ok=True)
-    for former in pictures.glob("*.png"):
-        former.unlink()
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
-    folder = Path(tempfile.mkdtemp(prefix="ns"))
-    desktop = Desktop(folder)
-    try:
-        desktop.start()
-        tell(Story(Nubaria(str(program), desktop), desktop), pictures)
-    except Failure as failure:
-        print(f"story: {failure}", file=sys.stderr)
-        return 1
-    finally:
-        desktop.end()
-        shutil.rmtree(folder)
-    return 0
+    steps = between(locals(), "the_window_appears", "order_by")
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(perform(__doc__, Story))

@@ -8,8 +8,9 @@
 #include <QSharedMemory>
 
 #include <algorithm>
+#include <csignal>
+#include <utility>
 
-#include <signal.h>
 #include <sys/prctl.h>
 #include <sys/shm.h>
 #include <sys/socket.h>
@@ -44,8 +45,8 @@ QList<Segment> sharedMemorySegments()
 
 } // namespace
 
-Session::Session(const QString &program)
-    : m_program(program)
+Session::Session(QString program)
+    : m_program(std::move(program))
     , m_formerTemporaryFolder(qgetenv("TMPDIR"))
     , m_folder(QDir::tempPath() + "/sXXXXXX"_L1)
     , m_environment(QProcessEnvironment::systemEnvironment())

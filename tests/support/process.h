@@ -22,7 +22,7 @@ class Session final
 {
     Q_DISABLE_COPY_MOVE(Session)
 public:
-    explicit Session(const QString &program);
+    explicit Session(QString program);
     ~Session();
 
     /// A new copy of the program, under way when this returns.
