@@ -8,10 +8,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTextEdit>
 #include <QTimer>
 
@@ -46,12 +44,6 @@ private:
     rlimit m_limit{};
     void (*m_handler)(int) = SIG_DFL;
 };
-
-void selectRow(const MainWindow &window, int row)
-{
-    auto *list = widget<QListView>(window, "TaskListView");
-    list->setCurrentIndex(list->model()->index(row, 0));
-}
 
 QJsonArray manyTasks(int count)
 {
@@ -145,7 +137,7 @@ void HostileInputTest::showsAndKeepsUnusualTitles()
     QCOMPARE(shownTitles(window), QStringList({stored, u"Otra"_s}));
 
     selectRow(window, 0);
-    widget<QPushButton>(window, "UpdateTaskBtn")->click();
+    click(window, "UpdateTaskBtn");
 
     QCOMPARE(home::tasks().at(0).toObject().value(u"title"_s).toString(), stored);
     QCOMPARE(traymessages::all().constLast().text, u"La tarea '"_s + stored + u"' ha sido actualizada."_s);
@@ -207,7 +199,7 @@ void HostileInputTest::worksOnAHundredThousandTasks()
 
     selectRow(window, count - 1);
     widget<QLineEdit>(window, "TaskTitleView")->setText(u"Cambiada"_s);
-    widget<QPushButton>(window, "UpdateTaskBtn")->click();
+    click(window, "UpdateTaskBtn");
 
     QCOMPARE(home::tasks().size(), count);
     QCOMPARE(shownTitles(window).count(u"Cambiada"_s), 1);
@@ -222,7 +214,7 @@ void HostileInputTest::leavesAnEmptyFileAndNoMessageWhenTheDiskIsFull()
     const MessageBoxes boxes;
     {
         const FullDisk full(0);
-        widget<QPushButton>(window, "UpdateTaskBtn")->click();
+        click(window, "UpdateTaskBtn");
     }
 
     QCOMPARE(home::bytes(), QByteArray());

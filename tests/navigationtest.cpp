@@ -10,8 +10,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QRect openPanel(0, 0, 1010, 700);
-constexpr QRect closedPanel(1010, 0, 1010, 700);
 constexpr QRect openBanner(10, 595, 220, 90);
 constexpr QRect closedBanner(-230, 595, 220, 90);
 
@@ -40,12 +38,6 @@ QStringList shownPages(const MainWindow &window)
         }
     }
     return shown;
-}
-
-void selectFirstTask(const MainWindow &window)
-{
-    auto *list = widget<QListView>(window, "TaskListView");
-    list->setCurrentIndex(list->model()->index(0, 0));
 }
 
 } // namespace
@@ -97,7 +89,7 @@ private slots:
     {
         home::writeTasks({home::record(u"{a}"_s, u"Uno"_s)});
         MainWindow window;
-        selectFirstTask(window);
+        selectRow(window, 0);
         const auto log = std::make_shared<QStringList>();
         auto *selection = widget<QListView>(window, "TaskListView")->selectionModel();
         connect(
@@ -132,7 +124,7 @@ private slots:
         MainWindow window;
         window.show();
         const auto *list = widget<QListView>(window, "TaskListView");
-        selectFirstTask(window);
+        selectRow(window, 0);
         QTRY_COMPARE(widget(window, "TaskDetail")->geometry(), openPanel);
         QVERIFY(list->selectionModel()->hasSelection());
 

@@ -1,5 +1,6 @@
 #include "support/home.h"
 #include "support/messageboxes.h"
+#include "support/taskform.h"
 #include "support/testmain.h"
 #include "support/traymessages.h"
 #include "support/window.h"
@@ -14,15 +15,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-void fillForm(const MainWindow &window)
-{
-    widget<QLineEdit>(window, "TaskTitle")->setText(u"Comprar piñón"_s);
-    widget<QTextEdit>(window, "TaskDescription")->setPlainText(u"Medio kilo"_s);
-    widget<QComboBox>(window, "CategoryTaskBox")->setCurrentIndex(1);
-    widget<QDateEdit>(window, "DateLimitTask")->setDate(QDate(2031, 3, 5));
-    widget<QComboBox>(window, "UrgencyTaskBox")->setCurrentIndex(3);
-}
 
 void empty(const MainWindow &window, const QByteArray &field)
 {
@@ -42,25 +34,6 @@ void typeIntoCombo(const MainWindow &window, const QByteArray &combo)
     box->setEditable(true);
     box->setCurrentIndex(-1);
     box->setEditText(u"Hogar"_s);
-}
-
-QStringList formTexts(const MainWindow &window)
-{
-    return {widget<QLineEdit>(window, "TaskTitle")->text(),
-        widget<QTextEdit>(window, "TaskDescription")->toPlainText(),
-        widget<QComboBox>(window, "CategoryTaskBox")->currentText(),
-        widget<QDateEdit>(window, "DateLimitTask")->date().toString(Qt::ISODate),
-        widget<QComboBox>(window, "UrgencyTaskBox")->currentText()};
-}
-
-QStringList filledTexts()
-{
-    return {u"Comprar piñón"_s, u"Medio kilo"_s, u"Trabajo"_s, u"2031-03-05"_s, u"Alta"_s};
-}
-
-void click(const MainWindow &window, const char *button)
-{
-    widget<QAbstractButton>(window, button)->click();
 }
 
 } // namespace
@@ -123,13 +96,8 @@ void NewTaskFormTest::anEmptyFieldIsRefused()
 
     click(window, "SaveTaskButton");
 
-    QCOMPARE(boxes.shown().size(), 1);
-    const ShownBox box = boxes.shown().constFirst();
-    QCOMPARE(box.title, u"Datos incompletos"_s);
-    QCOMPARE(box.text, u"Por favor, llene todos los campos requeridos"_s);
-    QCOMPARE(box.icon, QMessageBox::Warning);
-    QCOMPARE(box.buttons, QMessageBox::Ok);
-    QVERIFY(box.hasParent);
+    compareOnlyBox(boxes, QMessageBox::Warning, u"Datos incompletos"_s,
+        u"Por favor, llene todos los campos requeridos"_s);
     QCOMPARE(formTexts(window), typed);
     QVERIFY(!widget(window, "NewTasksPage")->isHidden());
     QVERIFY(!QFile::exists(home::taskFile()));
@@ -171,13 +139,8 @@ void NewTaskFormTest::aTextWithoutChosenItemIsRefused()
 
     click(window, "SaveTaskButton");
 
-    QCOMPARE(boxes.shown().size(), 1);
-    const ShownBox box = boxes.shown().constFirst();
-    QCOMPARE(box.title, u"Selección incompleta"_s);
-    QCOMPARE(box.text, u"Por favor, seleccione una categoría y una urgencia válida"_s);
-    QCOMPARE(box.icon, QMessageBox::Warning);
-    QCOMPARE(box.buttons, QMessageBox::Ok);
-    QVERIFY(box.hasParent);
+    compareOnlyBox(boxes, QMessageBox::Warning, u"Selección incompleta"_s,
+        u"Por favor, seleccione una categoría y una urgencia válida"_s);
     QCOMPARE(formTexts(window), typed);
     QVERIFY(!QFile::exists(home::taskFile()));
 }
@@ -192,8 +155,8 @@ void NewTaskFormTest::completenessIsCheckedBeforeTheChoice()
 
     click(window, "SaveTaskButton");
 
-    QCOMPARE(boxes.shown().size(), 1);
-    QCOMPARE(boxes.shown().constFirst().title, u"Datos incompletos"_s);
+    compareOnlyBox(boxes, QMessageBox::Warning, u"Datos incompletos"_s,
+        u"Por favor, llene todos los campos requeridos"_s);
 }
 
 void NewTaskFormTest::theFormIsCheckedBeforeTheFile()
@@ -206,8 +169,8 @@ void NewTaskFormTest::theFormIsCheckedBeforeTheFile()
 
     click(window, "SaveTaskButton");
 
-    QCOMPARE(boxes.shown().size(), 1);
-    QCOMPARE(boxes.shown().constFirst().title, u"Datos incompletos"_s);
+    compareOnlyBox(boxes, QMessageBox::Warning, u"Datos incompletos"_s,
+        u"Por favor, llene todos los campos requeridos"_s);
 }
 
 void NewTaskFormTest::everyWayOutResetsTheForm_data()
@@ -333,14 +296,13 @@ void NewTaskFormTest::cancellingSlidesTheDetailPanelOut()
 {
     home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
     const MainWindow window;
-    auto *list = widget<QListView>(window, "TaskListView");
-    list->setCurrentIndex(list->model()->index(0, 0));
-    QTRY_COMPARE(widget(window, "TaskDetail")->geometry(), QRect(0, 0, 1010, 700));
+    selectRow(window, 0);
+    QTRY_COMPARE(panelPlace(window), openPanel);
 
     click(window, "CancelTaskButton");
 
-    QTRY_COMPARE(widget(window, "TaskDetail")->geometry(), QRect(1010, 0, 1010, 700));
-    QVERIFY(!list->selectionModel()->hasSelection());
+    QTRY_COMPARE(panelPlace(window), closedPanel);
+    QVERIFY(!taskList(window)->selectionModel()->hasSelection());
 }
 
 NUBARIA_TEST_MAIN(NewTaskFormTest)

@@ -2,16 +2,14 @@
 #include "support/home.h"
 #include "support/loglines.h"
 #include "support/messageboxes.h"
+#include "support/taskform.h"
 #include "support/testmain.h"
 #include "support/traymessages.h"
 #include "support/updateserver.h"
 #include "support/window.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QTextEdit>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -26,8 +24,8 @@ private slots:
     void announcesARemovedTask();
     void announcesAnUpdatedTask();
     void warnsOfAnUpdateWithoutATask();
-    void reportsATaskThatCannotBeWritten();
-    void reportsATaskThatCannotBeRead();
+    void reportsATaskFileThatCannotBeOpened_data();
+    void reportsATaskFileThatCannotBeOpened();
     void announcesTasksThatFallDue();
     void confirmsASavedProfile();
     void announcesANewVersion();
@@ -35,7 +33,6 @@ private slots:
 
 private:
     static void compareWith(const QString &title, const QString &text);
-    static void selectFirstTask(const MainWindow &window);
 };
 
 void NotificationsTest::init()
@@ -50,21 +47,12 @@ void NotificationsTest::compareWith(const QString &title, const QString &text)
     QTRY_COMPARE(traymessages::all(), expected);
 }
 
-void NotificationsTest::selectFirstTask(const MainWindow &window)
-{
-    auto *list = widget<QListView>(window, "TaskListView");
-    list->setCurrentIndex(list->model()->index(0, 0));
-}
-
 void NotificationsTest::announcesAnAddedTask()
 {
     const MainWindow window;
-    widget<QLineEdit>(window, "TaskTitle")->setText(u"Revisión del año"_s);
-    widget<QTextEdit>(window, "TaskDescription")->setPlainText(u"Con acentos"_s);
-    widget<QComboBox>(window, "CategoryTaskBox")->setCurrentIndex(1);
-    widget<QComboBox>(window, "UrgencyTaskBox")->setCurrentIndex(4);
+    fillForm(window);
 
-    widget<QPushButton>(window, "SaveTaskButton")->click();
+    click(window, "SaveTaskButton");
 
     compareWith(u"Tarea agregada"_s, u"Una nueva tarea ha sido agregada."_s);
 }
@@ -73,10 +61,10 @@ void NotificationsTest::announcesARemovedTask()
 {
     home::writeTasks({home::record(u"{a}"_s, u"Año %1"_s)});
     const MainWindow window;
-    selectFirstTask(window);
+    selectRow(window, 0);
     const MessageBoxes boxes(QMessageBox::Yes);
 
-    widget<QPushButton>(window, "FinishTaskBtn")->click();
+    click(window, "FinishTaskBtn");
 
     compareWith(u"Tarea eliminada"_s, u"La tarea 'Año %1' ha sido eliminada."_s);
 }
@@ -85,10 +73,10 @@ void NotificationsTest::announcesAnUpdatedTask()
 {
     home::writeTasks({home::record(u"{a}"_s, u"Antes"_s)});
     const MainWindow window;
-    selectFirstTask(window);
+    selectRow(window, 0);
     widget<QLineEdit>(window, "TaskTitleView")->setText(u"Después %1"_s);
 
-    widget<QPushButton>(window, "UpdateTaskBtn")->click();
+    click(window, "UpdateTaskBtn");
 
     compareWith(u"Tarea actualizada"_s, u"La tarea 'Después %1' ha sido actualizada."_s);
 }
@@ -97,35 +85,36 @@ void NotificationsTest::warnsOfAnUpdateWithoutATask()
 {
     const MainWindow window;
 
-    widget<QPushButton>(window, "UpdateTaskBtn")->click();
+    click(window, "UpdateTaskBtn");
 
     compareWith(u"Advertencia"_s, u"Por favor, seleccione una tarea para actualizar."_s);
 }
 
-void NotificationsTest::reportsATaskThatCannotBeWritten()
+void NotificationsTest::reportsATaskFileThatCannotBeOpened_data()
 {
-    home::writeTasks({home::record(u"{a}"_s, u"Antes"_s)});
-    const MainWindow window;
-    selectFirstTask(window);
-    const FailingOpen failing(O_WRONLY);
-    expectFileError("Failed to open file for writing:", FailingOpen::errorString());
-
-    widget<QPushButton>(window, "UpdateTaskBtn")->click();
-
-    compareWith(u"Error"_s, u"Failed to open file for writing: "_s + FailingOpen::errorString());
+    QTest::addColumn<int>("failingMode");
+    QTest::addColumn<QByteArray>("log");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("for reading and writing")
+        << O_RDWR << QByteArray("Failed to open file for reading:") << u"Error el cargar los datos: "_s;
+    QTest::newRow("for writing") << O_WRONLY << QByteArray("Failed to open file for writing:")
+                                 << u"Failed to open file for writing: "_s;
 }
 
-void NotificationsTest::reportsATaskThatCannotBeRead()
+void NotificationsTest::reportsATaskFileThatCannotBeOpened()
 {
+    QFETCH(int, failingMode);
+    QFETCH(QByteArray, log);
+    QFETCH(QString, text);
     home::writeTasks({home::record(u"{a}"_s, u"Antes"_s)});
     const MainWindow window;
-    selectFirstTask(window);
-    const FailingOpen failing(O_RDWR);
-    expectFileError("Failed to open file for reading:", FailingOpen::errorString());
+    selectRow(window, 0);
+    const FailingOpen failing(failingMode);
+    expectFileError(log.constData(), FailingOpen::errorString());
 
-    widget<QPushButton>(window, "UpdateTaskBtn")->click();
+    click(window, "UpdateTaskBtn");
 
-    compareWith(u"Error"_s, u"Error el cargar los datos: "_s + FailingOpen::errorString());
+    compareWith(u"Error"_s, text + FailingOpen::errorString());
 }
 
 void NotificationsTest::announcesTasksThatFallDue()
@@ -144,9 +133,9 @@ void NotificationsTest::announcesTasksThatFallDue()
 void NotificationsTest::confirmsASavedProfile()
 {
     const MainWindow window;
-    widget<QPushButton>(window, "SetProfileInfo")->click();
+    click(window, "SetProfileInfo");
 
-    widget<QPushButton>(window, "SaveProfileInfo")->click();
+    click(window, "SaveProfileInfo");
 
     compareWith(u"Perfil actualizado"_s, u"La información del perfil ha sido guardada exitosamente."_s);
 }

@@ -9,7 +9,6 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QSettings>
 #include <QTextEdit>
 
@@ -44,11 +43,6 @@ QCheckBox &box(const MainWindow &window, const char *name)
 QComboBox &combo(const MainWindow &window, const char *name)
 {
     return *widget<QComboBox>(window, name);
-}
-
-void click(const MainWindow &window, const char *button)
-{
-    widget<QPushButton>(window, button)->click();
 }
 
 // Every way in which a user can make the program store something, and some in which it stores nothing.

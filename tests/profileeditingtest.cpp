@@ -9,11 +9,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-void click(const MainWindow &window, const char *button)
-{
-    widget<QPushButton>(window, button)->click();
-}
-
 bool isLocked(const MainWindow &window)
 {
     const auto locked = [&window](const char *name) {

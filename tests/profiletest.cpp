@@ -6,18 +6,12 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 const QString hint = u"correo@nubaria.example"_s;
-
-void click(const MainWindow &window, const char *button)
-{
-    widget<QPushButton>(window, button)->click();
-}
 
 QString nameOf(const MainWindow &window)
 {

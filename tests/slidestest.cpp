@@ -12,8 +12,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr QRect openPanel(0, 0, 1010, 700);
-constexpr QRect closedPanel(1010, 0, 1010, 700);
 constexpr QRect openBanner(10, 595, 220, 90);
 constexpr QRect closedBanner(-230, 595, 220, 90);
 
@@ -112,12 +110,6 @@ private:
     QList<QEvent::Type> m_types;
 };
 
-void selectFirstTask(const MainWindow &window)
-{
-    auto *list = widget<QListView>(window, "TaskListView");
-    list->setCurrentIndex(list->model()->index(0, 0));
-}
-
 } // namespace
 
 class SlidesTest final : public QObject
@@ -202,7 +194,7 @@ private slots:
         panel->setGeometry(400, 20, 1000, 600);
         const EndedSlides slides;
 
-        selectFirstTask(window);
+        selectRow(window, 0);
         time->pass(125);
         QCOMPARE(panel->x(), 50);
         time->pass(125);
@@ -218,7 +210,7 @@ private slots:
         home::writeTasks({home::record(u"{a}"_s, u"Uno"_s)});
         const MainWindow window;
         const QWidget *panel = widget(window, "TaskDetail");
-        selectFirstTask(window);
+        selectRow(window, 0);
         time->pass(125);
         QCOMPARE(panel->x(), 126);
 
@@ -335,7 +327,7 @@ private slots:
         home::writeTasks({home::record(u"{a}"_s, u"Uno"_s)});
         auto window = std::make_unique<MainWindow>();
         window->show();
-        selectFirstTask(*window);
+        selectRow(*window, 0);
         callSlot(*window, "showUpdateMessage");
         time->pass(50);
         const EndedSlides slides;
@@ -354,7 +346,7 @@ private slots:
 private:
     QWidget *openPanelOf(const MainWindow &window) const
     {
-        selectFirstTask(window);
+        selectRow(window, 0);
         time->pass(250);
         auto *panel = widget(window, "TaskDetail");
         if (panel->geometry() != openPanel) {

@@ -1,48 +1,21 @@
-#include "support/failingopen.h"
 #include "support/home.h"
 #include "support/messageboxes.h"
 #include "support/testmain.h"
 #include "support/window.h"
 
-#include <QAbstractButton>
 #include <QComboBox>
 #include <QDateEdit>
-#include <QLabel>
 #include <QLineEdit>
-#include <QSignalSpy>
 #include <QTextEdit>
-#include <QVariantAnimation>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QRect openPanel(0, 0, 1010, 700);
-const QRect closedPanel(1010, 0, 1010, 700);
-
-QListView *list(const MainWindow &window)
-{
-    return widget<QListView>(window, "TaskListView");
-}
-
-QModelIndex row(const MainWindow &window, int number)
-{
-    return list(window)->model()->index(number, 0);
-}
-
-QRect panel(const MainWindow &window)
-{
-    return widget(window, "TaskDetail")->geometry();
-}
-
-QString shownTitle(const MainWindow &window)
-{
-    return widget<QLineEdit>(window, "TaskTitleView")->text();
-}
-
 QStringList panelTexts(const MainWindow &window)
 {
-    return {shownTitle(window), widget<QTextEdit>(window, "TaskDescriptionView")->toPlainText(),
+    return {widget<QLineEdit>(window, "TaskTitleView")->text(),
+        widget<QTextEdit>(window, "TaskDescriptionView")->toPlainText(),
         widget<QComboBox>(window, "CategoryTaskBoxView")->currentText(),
         widget<QDateEdit>(window, "DateLimitTaskView")->date().toString(Qt::ISODate),
         widget<QComboBox>(window, "UrgencyTaskBoxView")->currentText()};
@@ -53,18 +26,6 @@ QJsonObject task(const QString &id, const QString &title, const QString &key, co
     QJsonObject record = home::record(id, title);
     record.insert(key, value);
     return record;
-}
-
-// Slides begun before are over when this one, as long as they are and begun last, is.
-bool waitForSlides()
-{
-    QVariantAnimation last;
-    last.setStartValue(0);
-    last.setEndValue(1);
-    last.setDuration(250);
-    QSignalSpy finished(&last, &QVariantAnimation::finished);
-    last.start();
-    return finished.wait();
 }
 
 } // namespace
@@ -84,11 +45,6 @@ private slots:
 
     void showsEveryTextOfTheTask();
     void fillsThePanelInOrder();
-    void slidesThePanelIn();
-    void aChangeOfTheCurrentRowRefillsThePanel();
-    void aClickOnAnotherRowOpensItsTask();
-    void aDoubleClickOpensTheTaskAgain();
-    void aDoubleClickAloneOpensTheTask();
     void readsTheTaskAsTheFileHoldsItNow();
 
     void showsTheTaskOfTheRowAmongEqualTitles();
@@ -99,12 +55,6 @@ private slots:
     void aDateThatIsNoneLeavesTheDateAsItIs();
     void anUnknownChoiceLeavesTheBoxAsItIs_data();
     void anUnknownChoiceLeavesTheBoxAsItIs();
-
-    void anUnusableRowIsIgnored();
-    void aTaskThatHasGoneIsNotFound_data();
-    void aTaskThatHasGoneIsNotFound();
-    void anElementThatIsNoObjectHasNoDetails();
-    void aFileThatCannotBeReadIsReported();
 };
 
 void TaskDetailsTest::showsEveryTextOfTheTask()
@@ -117,7 +67,7 @@ void TaskDetailsTest::showsEveryTextOfTheTask()
     const MainWindow window;
     const MessageBoxes boxes;
 
-    list(window)->setCurrentIndex(row(window, 0));
+    selectRow(window, 0);
 
     QCOMPARE(panelTexts(window),
         (QStringList{u"Pagar la luz"_s, u"uno\n  dos"_s, u"Escuela"_s, u"2027-04-03"_s, u"Muy baja"_s}));
@@ -142,79 +92,9 @@ void TaskDetailsTest::fillsThePanelInOrder()
     connect(widget<QComboBox>(window, "UrgencyTaskBoxView"), &QComboBox::currentIndexChanged, this,
         note(u"urgency"_s));
 
-    list(window)->setCurrentIndex(row(window, 0));
+    selectRow(window, 0);
 
     QCOMPARE(m_filled, (QStringList{u"title"_s, u"description"_s, u"category"_s, u"date"_s, u"urgency"_s}));
-}
-
-void TaskDetailsTest::slidesThePanelIn()
-{
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
-    const MainWindow window;
-    QCOMPARE(panel(window), closedPanel);
-
-    list(window)->setCurrentIndex(row(window, 0));
-
-    QTRY_COMPARE(panel(window), openPanel);
-}
-
-void TaskDetailsTest::aChangeOfTheCurrentRowRefillsThePanel()
-{
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s), home::record(u"{b}"_s, u"dos"_s)});
-    const MainWindow window;
-    list(window)->setCurrentIndex(row(window, 0));
-    QCOMPARE(shownTitle(window), u"uno"_s);
-
-    list(window)->setCurrentIndex(row(window, 1));
-
-    QCOMPARE(shownTitle(window), u"dos"_s);
-}
-
-void TaskDetailsTest::aClickOnAnotherRowOpensItsTask()
-{
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s), home::record(u"{b}"_s, u"dos"_s)});
-    MainWindow window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-
-    QTest::mouseClick(list(window)->viewport(), Qt::LeftButton, Qt::NoModifier,
-        list(window)->visualRect(row(window, 1)).center());
-
-    QCOMPARE(shownTitle(window), u"dos"_s);
-    QTRY_COMPARE(panel(window), openPanel);
-}
-
-void TaskDetailsTest::aDoubleClickOpensTheTaskAgain()
-{
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
-    MainWindow window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const QPoint place = list(window)->visualRect(row(window, 0)).center();
-    QTest::mouseClick(list(window)->viewport(), Qt::LeftButton, Qt::NoModifier, place);
-    QTRY_COMPARE(panel(window), openPanel);
-    widget<QAbstractButton>(window, "CloseDetailTaskBtn")->click();
-    QTRY_COMPARE(panel(window), closedPanel);
-
-    // The row is still the current one, so that a click changes nothing.
-    QTest::mouseClick(list(window)->viewport(), Qt::LeftButton, Qt::NoModifier, place);
-    QVERIFY(waitForSlides());
-    QCOMPARE(panel(window), closedPanel);
-
-    QTest::mouseDClick(list(window)->viewport(), Qt::LeftButton, Qt::NoModifier, place);
-    QTRY_COMPARE(panel(window), openPanel);
-}
-
-void TaskDetailsTest::aDoubleClickAloneOpensTheTask()
-{
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s), home::record(u"{b}"_s, u"dos"_s)});
-    const MainWindow window;
-
-    Q_EMIT list(window)->doubleClicked(row(window, 1));
-
-    QVERIFY(!list(window)->currentIndex().isValid());
-    QCOMPARE(shownTitle(window), u"dos"_s);
-    QTRY_COMPARE(panel(window), openPanel);
 }
 
 void TaskDetailsTest::readsTheTaskAsTheFileHoldsItNow()
@@ -223,9 +103,9 @@ void TaskDetailsTest::readsTheTaskAsTheFileHoldsItNow()
     const MainWindow window;
     home::writeTasks({home::record(u"{b}"_s, u"dos, cambiada"_s), home::record(u"{a}"_s, u"uno"_s)});
 
-    list(window)->setCurrentIndex(row(window, 1));
+    selectRow(window, 1);
 
-    QCOMPARE(shownTitle(window), u"dos, cambiada"_s);
+    QCOMPARE(panelTexts(window).constFirst(), u"dos, cambiada"_s);
 }
 
 void TaskDetailsTest::showsTheTaskOfTheRowAmongEqualTitles()
@@ -234,10 +114,10 @@ void TaskDetailsTest::showsTheTaskOfTheRowAmongEqualTitles()
         task(u"{b}"_s, u"Pagar"_s, u"description"_s, u"gas"_s)});
     const MainWindow window;
 
-    list(window)->setCurrentIndex(row(window, 1));
+    selectRow(window, 1);
     QCOMPARE(panelTexts(window).at(1), u"gas"_s);
 
-    list(window)->setCurrentIndex(row(window, 0));
+    selectRow(window, 0);
     QCOMPARE(panelTexts(window).at(1), u"luz"_s);
 }
 
@@ -247,9 +127,9 @@ void TaskDetailsTest::showsTheFirstTaskOfAnIdThatOccursTwice()
         home::record(u"{b}"_s, u"tres"_s)});
     const MainWindow window;
 
-    list(window)->setCurrentIndex(row(window, 2));
+    selectRow(window, 2);
 
-    QCOMPARE(shownTitle(window), u"dos"_s);
+    QCOMPARE(panelTexts(window).constFirst(), u"dos"_s);
 }
 
 void TaskDetailsTest::showsAMarkedUpDescriptionLiterally()
@@ -257,7 +137,7 @@ void TaskDetailsTest::showsAMarkedUpDescriptionLiterally()
     home::writeTasks({task(u"{a}"_s, u"uno"_s, u"description"_s, u"<b>negrita</b> &amp; más"_s)});
     const MainWindow window;
 
-    list(window)->setCurrentIndex(row(window, 0));
+    selectRow(window, 0);
 
     QCOMPARE(panelTexts(window).at(1), u"<b>negrita</b> &amp; más"_s);
 }
@@ -267,13 +147,13 @@ void TaskDetailsTest::missingTextsAreShownEmpty()
     home::writeBytes(R"([{"id":"{a}","title":"uno","description":"d"},{"id":"{b}"}])");
     const MainWindow window;
     const MessageBoxes boxes;
-    list(window)->setCurrentIndex(row(window, 0));
+    selectRow(window, 0);
 
-    list(window)->setCurrentIndex(row(window, 1));
+    selectRow(window, 1);
 
     QCOMPARE(panelTexts(window).mid(0, 3), (QStringList{QString(), QString(), QString()}));
     QCOMPARE(boxes.shown().size(), 0);
-    QTRY_COMPARE(panel(window), openPanel);
+    QTRY_COMPARE(panelPlace(window), openPanel);
 }
 
 void TaskDetailsTest::aDateThatIsNoneLeavesTheDateAsItIs_data()
@@ -294,9 +174,9 @@ void TaskDetailsTest::aDateThatIsNoneLeavesTheDateAsItIs()
     home::writeTasks({task(u"{a}"_s, u"uno"_s, u"dateLimit"_s, u"29-02-2028"_s),
         task(u"{b}"_s, u"dos"_s, u"dateLimit"_s, date)});
     const MainWindow window;
-    list(window)->setCurrentIndex(row(window, 0));
+    selectRow(window, 0);
 
-    list(window)->setCurrentIndex(row(window, 1));
+    selectRow(window, 1);
 
     QCOMPARE(panelTexts(window),
         (QStringList{u"dos"_s, u"Descripción de dos"_s, u"Trabajo"_s, u"2028-02-29"_s, u"Media"_s}));
@@ -329,97 +209,13 @@ void TaskDetailsTest::anUnknownChoiceLeavesTheBoxAsItIs()
     const MainWindow window;
     auto *combo = widget<QComboBox>(window, box.constData());
 
-    list(window)->setCurrentIndex(row(window, 1));
+    selectRow(window, 1);
     QCOMPARE(combo->currentIndex(), -1);
 
-    list(window)->setCurrentIndex(row(window, 0));
-    list(window)->setCurrentIndex(row(window, 1));
-    QCOMPARE(shownTitle(window), u"dos"_s);
+    selectRow(window, 0);
+    selectRow(window, 1);
+    QCOMPARE(panelTexts(window).constFirst(), u"dos"_s);
     QCOMPARE(combo->currentText(), before);
-}
-
-void TaskDetailsTest::anUnusableRowIsIgnored()
-{
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
-    MainWindow window;
-    const MessageBoxes boxes;
-    resetTaskFileOpens();
-
-    callSlot(window, "showTaskDetails", QModelIndex());
-    callSlot(window, "showTaskDetails", row(window, 1));
-
-    QCOMPARE(taskFileOpens(), 0);
-    QCOMPARE(boxes.shown().size(), 0);
-    QCOMPARE(shownTitle(window), QString());
-}
-
-void TaskDetailsTest::aTaskThatHasGoneIsNotFound_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("removed elsewhere") << QByteArray(R"([{"id":"{b}","title":"uno"}])");
-    QTest::newRow("id in other letter case") << QByteArray(R"([{"id":"{A}","title":"uno"}])");
-    QTest::newRow("no JSON") << QByteArray(R"([{"id":"{a}","title":"uno"},)");
-    QTest::newRow("nothing") << QByteArray();
-}
-
-void TaskDetailsTest::aTaskThatHasGoneIsNotFound()
-{
-    QFETCH(QByteArray, bytes);
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
-    const MainWindow window;
-    home::writeBytes(bytes);
-    const MessageBoxes boxes;
-
-    list(window)->setCurrentIndex(row(window, 0));
-
-    QCOMPARE(boxes.shown().size(), 1);
-    const ShownBox box = boxes.shown().constFirst();
-    QCOMPARE(box.title, u"Error"_s);
-    QCOMPARE(box.text, u"Task details not found."_s);
-    QCOMPARE(box.icon, QMessageBox::Warning);
-    QCOMPARE(box.buttons, QMessageBox::Ok);
-    QVERIFY(box.hasParent);
-    QCOMPARE(shownTitle(window), QString());
-    QVERIFY(widget<QLabel>(window, "TaskAdvise")->isHidden());
-    QVERIFY(waitForSlides());
-    QCOMPARE(panel(window), closedPanel);
-}
-
-void TaskDetailsTest::anElementThatIsNoObjectHasNoDetails()
-{
-    MainWindow window;
-    home::writeBytes(R"(["uno"])");
-    callSlot(window, "loadTasks");
-    const MessageBoxes boxes;
-
-    list(window)->setCurrentIndex(row(window, 0));
-
-    QCOMPARE(boxes.shown().size(), 1);
-    QCOMPARE(boxes.shown().constFirst().text, u"Task details not found."_s);
-}
-
-void TaskDetailsTest::aFileThatCannotBeReadIsReported()
-{
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
-    const MainWindow window;
-    QVERIFY(widget<QLabel>(window, "TaskAdvise")->isHidden());
-    const MessageBoxes boxes;
-    const FailingOpen failing(O_RDONLY);
-    QTest::ignoreMessage(QtCriticalMsg, "Failed to open file for reading: \"Permission denied\"");
-
-    list(window)->setCurrentIndex(row(window, 0));
-
-    QCOMPARE(boxes.shown().size(), 1);
-    const ShownBox box = boxes.shown().constFirst();
-    QCOMPARE(box.title, u"Error"_s);
-    QCOMPARE(box.text, u"Failed to open file for reading: Permission denied"_s);
-    QCOMPARE(box.icon, QMessageBox::Critical);
-    QCOMPARE(box.buttons, QMessageBox::Ok);
-    QVERIFY(box.hasParent);
-    QVERIFY(!widget<QLabel>(window, "TaskAdvise")->isHidden());
-    QCOMPARE(shownTitle(window), QString());
-    QVERIFY(waitForSlides());
-    QCOMPARE(panel(window), closedPanel);
 }
 
 NUBARIA_TEST_MAIN(TaskDetailsTest)

@@ -1,58 +1,15 @@
-#include "support/failingopen.h"
 #include "support/home.h"
-#include "support/messageboxes.h"
+#include "support/listedtasks.h"
 #include "support/testmain.h"
 #include "support/window.h"
 
 #include <QComboBox>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTextEdit>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-QJsonObject task(const QString &id, const QString &title, const QString &urgency)
-{
-    QJsonObject record = home::record(id, title);
-    record.insert(u"urgency"_s, urgency);
-    record.insert(u"description"_s, u"detalle "_s + id);
-    return record;
-}
-
-// By title: Alfa, Tarea zeta, alfa, beta; by urgency: alfa, beta, Tarea zeta, Alfa.
-QJsonArray fourTasks()
-{
-    return {task(u"{1}"_s, u"beta"_s, u"Alta"_s), task(u"{2}"_s, u"Tarea zeta"_s, u"Media"_s),
-        task(u"{3}"_s, u"Alfa"_s, u"Baja"_s), task(u"{4}"_s, u"alfa"_s, u"Urgente"_s)};
-}
-
-QStringList fileOrder()
-{
-    return {u"beta"_s, u"Tarea zeta"_s, u"Alfa"_s, u"alfa"_s};
-}
-
-QStringList titleOrder()
-{
-    return {u"Alfa"_s, u"Tarea zeta"_s, u"alfa"_s, u"beta"_s};
-}
-
-QStringList urgencyOrder()
-{
-    return {u"alfa"_s, u"beta"_s, u"Tarea zeta"_s, u"Alfa"_s};
-}
-
-// What the detail panel, or else a box, shows for a row, and with it which task the row stands for.
-QString detailOfRow(MainWindow &window, int row)
-{
-    auto *detail = widget<QTextEdit>(window, "TaskDescriptionView");
-    detail->clear();
-    const MessageBoxes boxes;
-    callSlot(window, "showTaskDetails", widget<QListView>(window, "TaskListView")->model()->index(row, 0));
-    return boxes.shown().isEmpty() ? detail->toPlainText() : boxes.shown().constFirst().text;
-}
 
 QStringList detailsOfRows(MainWindow &window)
 {
@@ -61,22 +18,6 @@ QStringList detailsOfRows(MainWindow &window)
         details.append(detailOfRow(window, row));
     }
     return details;
-}
-
-void refill(MainWindow &window, const QByteArray &slot)
-{
-    if (slot == "loadTasks") {
-        callSlot(window, "loadTasks");
-    } else if (slot == "orderTasks") {
-        callSlot(window, "orderTasks", 1);
-    } else {
-        callSlot(window, "filterTasks", u"a"_s);
-    }
-}
-
-bool isAdviceHidden(const MainWindow &window)
-{
-    return widget<QLabel>(window, "TaskAdvise")->isHidden();
 }
 
 } // namespace
@@ -93,33 +34,23 @@ private slots:
     void adviceIsHiddenOnceTheFileCanBeRead();
     void loadingShowsEmptyRowsForTasksWithoutTitle();
     void loadingForgetsTheFormerRows();
-    void loadingWithoutAFileKeepsTheListsAndShowsTheAdvice();
 
     void ordersByTheIndexOfTheChooser_data();
     void ordersByTheIndexOfTheChooser();
     void theChooserOrders();
     void theNewestTaskIsTheLastOfTheRecentOnes();
     void rowsDesignateTheirTasksAfterOrdering();
-    void orderingDoesNotTouchTheFileOrTheAdvice();
 
     void theSearchFieldSearches();
-    void searchingDoesNotTouchTheFileOrTheAdvice();
     void rowsDesignateTheirTasksAfterASearch();
     void clearingTheSearchRestoresFileOrder();
 
     void equalTitlesLeadToTheirOwnTasks_data();
     void equalTitlesLeadToTheirOwnTasks();
-    void rowsBeyondTheIdsDesignateNoTask_data();
-    void rowsBeyondTheIdsDesignateNoTask();
+    void orderAndSearchDoNotTouchTheFileOrTheAdvice_data();
+    void orderAndSearchDoNotTouchTheFileOrTheAdvice();
     void orderAndSearchDoNotCombine();
     void aReloadAppliesNeitherOrderNorSearch();
-
-    void withoutAFileTheViewIsEmptiedAndTheIdsStay_data();
-    void withoutAFileTheViewIsEmptiedAndTheIdsStay();
-    void aFileThatCannotBeReadIsReportedAndTheListsStay_data();
-    void aFileThatCannotBeReadIsReportedAndTheListsStay();
-    void whatIsNoJsonEmptiesTheList_data();
-    void whatIsNoJsonEmptiesTheList();
 };
 
 void TaskListTest::theFirstListIsInFileOrder()
@@ -129,7 +60,7 @@ void TaskListTest::theFirstListIsInFileOrder()
     const MainWindow window;
 
     QCOMPARE(shownTitles(window), fileOrder());
-    QVERIFY(isAdviceHidden(window));
+    QVERIFY(advice(window)->isHidden());
 }
 
 void TaskListTest::theFirstListIsEmptyAndAdvisedWithoutAFile()
@@ -137,7 +68,7 @@ void TaskListTest::theFirstListIsEmptyAndAdvisedWithoutAFile()
     const MainWindow window;
 
     QCOMPARE(shownTitles(window), QStringList());
-    QVERIFY(!isAdviceHidden(window));
+    QVERIFY(!advice(window)->isHidden());
     QCOMPARE(widget<QLabel>(window, "TaskAdvise")->text(), u"NO HAY NINGUNA TAREA DISPONIBLE"_s);
 }
 
@@ -158,7 +89,7 @@ void TaskListTest::adviceIsHiddenOnceTheFileCanBeRead()
 
     callSlot(window, "loadTasks");
 
-    QVERIFY(isAdviceHidden(window));
+    QVERIFY(advice(window)->isHidden());
 }
 
 void TaskListTest::loadingShowsEmptyRowsForTasksWithoutTitle()
@@ -180,20 +111,6 @@ void TaskListTest::loadingForgetsTheFormerRows()
 
     QCOMPARE(shownTitles(window), QStringList{u"alfa"_s});
     QCOMPARE(detailOfRow(window, 0), u"detalle {4}"_s);
-}
-
-void TaskListTest::loadingWithoutAFileKeepsTheListsAndShowsTheAdvice()
-{
-    home::writeTasks(fourTasks());
-    MainWindow window;
-    QVERIFY(QFile::remove(home::taskFile()));
-
-    callSlot(window, "loadTasks");
-
-    QCOMPARE(shownTitles(window), fileOrder());
-    QVERIFY(!isAdviceHidden(window));
-    home::writeTasks(fourTasks());
-    QCOMPARE(detailOfRow(window, 2), u"detalle {3}"_s);
 }
 
 void TaskListTest::ordersByTheIndexOfTheChooser_data()
@@ -245,7 +162,7 @@ void TaskListTest::theNewestTaskIsTheLastOfTheRecentOnes()
     home::writeTasks(fourTasks());
     const MainWindow window;
     QJsonArray tasks = fourTasks();
-    tasks.append(task(u"{5}"_s, u"Aaa"_s, u"Urgente"_s));
+    tasks.append(detailedTask(u"{5}"_s, u"Aaa"_s, u"Urgente"_s));
     home::writeTasks(tasks);
 
     widget<QComboBox>(window, "OrderNotesBy")->setCurrentText(u"Recientes"_s);
@@ -267,19 +184,6 @@ void TaskListTest::rowsDesignateTheirTasksAfterOrdering()
         (QStringList{u"detalle {4}"_s, u"detalle {1}"_s, u"detalle {2}"_s, u"detalle {3}"_s}));
 }
 
-void TaskListTest::orderingDoesNotTouchTheFileOrTheAdvice()
-{
-    MainWindow window;
-    const QByteArray bytes = R"([{"id":"{b}","title":"b"},{"id":"{a}","title":"a"}])";
-    home::writeBytes(bytes);
-
-    callSlot(window, "orderTasks", 1);
-
-    QCOMPARE(shownTitles(window), (QStringList{u"a"_s, u"b"_s}));
-    QCOMPARE(home::bytes(), bytes);
-    QVERIFY(!isAdviceHidden(window));
-}
-
 void TaskListTest::theSearchFieldSearches()
 {
     home::writeTasks(fourTasks());
@@ -292,24 +196,11 @@ void TaskListTest::theSearchFieldSearches()
     QCOMPARE(shownTitles(window), QStringList());
 }
 
-void TaskListTest::searchingDoesNotTouchTheFileOrTheAdvice()
-{
-    MainWindow window;
-    const QByteArray bytes = R"([{"id":"{b}","title":"b"},{"id":"{a}","title":"a"}])";
-    home::writeBytes(bytes);
-
-    callSlot(window, "filterTasks", u"a"_s);
-
-    QCOMPARE(shownTitles(window), QStringList{u"a"_s});
-    QCOMPARE(home::bytes(), bytes);
-    QVERIFY(!isAdviceHidden(window));
-}
-
 void TaskListTest::rowsDesignateTheirTasksAfterASearch()
 {
-    home::writeTasks({task(u"{1}"_s, u"uno"_s, u"Alta"_s), task(u"{2}"_s, u"Pagar luz"_s, u"Alta"_s),
-        task(u"{3}"_s, u"tres"_s, u"Alta"_s), task(u"{4}"_s, u"pagar gas"_s, u"Alta"_s),
-        task(u"{5}"_s, u"cinco"_s, u"Alta"_s)});
+    home::writeTasks({detailedTask(u"{1}"_s, u"uno"_s, u"Alta"_s),
+        detailedTask(u"{2}"_s, u"Pagar luz"_s, u"Alta"_s), detailedTask(u"{3}"_s, u"tres"_s, u"Alta"_s),
+        detailedTask(u"{4}"_s, u"pagar gas"_s, u"Alta"_s), detailedTask(u"{5}"_s, u"cinco"_s, u"Alta"_s)});
     MainWindow window;
 
     widget<QLineEdit>(window, "SearchTask")->setText(u"pagar"_s);
@@ -343,10 +234,11 @@ void TaskListTest::equalTitlesLeadToTheirOwnTasks_data()
 void TaskListTest::equalTitlesLeadToTheirOwnTasks()
 {
     QFETCH(QByteArray, slot);
-    home::writeTasks({task(u"{1}"_s, u"Pagar"_s, u"Alta"_s), task(u"{2}"_s, u"Pagar"_s, u"Baja"_s)});
+    home::writeTasks(
+        {detailedTask(u"{1}"_s, u"Pagar"_s, u"Alta"_s), detailedTask(u"{2}"_s, u"Pagar"_s, u"Baja"_s)});
     MainWindow window;
 
-    refill(window, slot);
+    fillListBy(window, slot);
 
     QCOMPARE(shownTitles(window), (QStringList{u"Pagar"_s, u"Pagar"_s}));
     QStringList details = detailsOfRows(window);
@@ -354,26 +246,27 @@ void TaskListTest::equalTitlesLeadToTheirOwnTasks()
     QCOMPARE(details, (QStringList{u"detalle {1}"_s, u"detalle {2}"_s}));
 }
 
-void TaskListTest::rowsBeyondTheIdsDesignateNoTask_data()
+void TaskListTest::orderAndSearchDoNotTouchTheFileOrTheAdvice_data()
 {
-    QTest::addColumn<int>("row");
-    QTest::newRow("no row") << -1;
-    QTest::newRow("first beyond") << 1;
-    QTest::newRow("second beyond") << 2;
+    QTest::addColumn<QByteArray>("slot");
+    QTest::addColumn<QStringList>("titles");
+    QTest::newRow("ordering") << QByteArray("orderTasks") << QStringList{u"a"_s, u"b"_s};
+    QTest::newRow("searching") << QByteArray("filterTasks") << QStringList{u"a"_s};
 }
 
-void TaskListTest::rowsBeyondTheIdsDesignateNoTask()
+void TaskListTest::orderAndSearchDoNotTouchTheFileOrTheAdvice()
 {
-    QFETCH(int, row);
-    home::writeTasks({task(u"{1}"_s, u"uno"_s, u"Alta"_s)});
+    QFETCH(QByteArray, slot);
+    QFETCH(QStringList, titles);
     MainWindow window;
-    auto *model = qobject_cast<QStringListModel *>(widget<QListView>(window, "TaskListView")->model());
-    model->setStringList({u"uno"_s, u"dos"_s, u"tres"_s}); // rows that no task stands behind
-    resetTaskFileOpens();
+    const QByteArray bytes = R"([{"id":"{b}","title":"b"},{"id":"{a}","title":"a"}])";
+    home::writeBytes(bytes);
 
-    QCOMPARE(detailOfRow(window, row), QString());
+    fillListBy(window, slot);
 
-    QCOMPARE(taskFileOpens(), 0);
+    QCOMPARE(shownTitles(window), titles);
+    QCOMPARE(home::bytes(), bytes);
+    QVERIFY(!advice(window)->isHidden());
 }
 
 void TaskListTest::orderAndSearchDoNotCombine()
@@ -405,94 +298,6 @@ void TaskListTest::aReloadAppliesNeitherOrderNorSearch()
     QCOMPARE(shownTitles(window), fileOrder());
     QCOMPARE(chooser->currentText(), u"Titulo"_s);
     QCOMPARE(search->text(), u"beta"_s);
-}
-
-void TaskListTest::withoutAFileTheViewIsEmptiedAndTheIdsStay_data()
-{
-    QTest::addColumn<QByteArray>("slot");
-    QTest::newRow("ordering") << QByteArray("orderTasks");
-    QTest::newRow("searching") << QByteArray("filterTasks");
-}
-
-void TaskListTest::withoutAFileTheViewIsEmptiedAndTheIdsStay()
-{
-    QFETCH(QByteArray, slot);
-    home::writeTasks(fourTasks());
-    MainWindow window;
-    QVERIFY(QFile::remove(home::taskFile()));
-    const MessageBoxes boxes;
-
-    refill(window, slot);
-
-    QCOMPARE(shownTitles(window), QStringList());
-    QVERIFY(isAdviceHidden(window));
-    QCOMPARE(boxes.shown().size(), 0);
-    QVERIFY(!QFile::exists(home::taskFile()));
-    // Rows put back under the ids lead to the tasks of before.
-    auto *model = qobject_cast<QStringListModel *>(widget<QListView>(window, "TaskListView")->model());
-    model->setStringList(fileOrder());
-    home::writeTasks(fourTasks());
-    QCOMPARE(detailOfRow(window, 1), u"detalle {2}"_s);
-    QCOMPARE(detailOfRow(window, 3), u"detalle {4}"_s);
-}
-
-void TaskListTest::aFileThatCannotBeReadIsReportedAndTheListsStay_data()
-{
-    QTest::addColumn<QByteArray>("slot");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("adviceHidden");
-    QTest::newRow("loading") << QByteArray("loadTasks") << u"Error al cargar el dato: Permission denied"_s
-                             << false;
-    QTest::newRow("ordering") << QByteArray("orderTasks") << u"Error el cargar el dato: Permission denied"_s
-                              << true;
-    QTest::newRow("searching") << QByteArray("filterTasks")
-                               << u"Error al cargar los datos: Permission denied"_s << true;
-}
-
-void TaskListTest::aFileThatCannotBeReadIsReportedAndTheListsStay()
-{
-    QFETCH(QByteArray, slot);
-    QFETCH(QString, text);
-    QFETCH(bool, adviceHidden);
-    home::writeTasks(fourTasks());
-    MainWindow window;
-    const MessageBoxes boxes;
-    QTest::ignoreMessage(QtCriticalMsg, "Failed to open file for reading: \"Permission denied\"");
-    {
-        const FailingOpen failing(O_RDONLY);
-        refill(window, slot);
-    }
-
-    QCOMPARE(boxes.shown().size(), 1);
-    const ShownBox box = boxes.shown().constFirst();
-    QCOMPARE(box.title, u"Error"_s);
-    QCOMPARE(box.text, text);
-    QCOMPARE(box.icon, QMessageBox::Critical);
-    QCOMPARE(box.buttons, QMessageBox::Ok);
-    QVERIFY(box.hasParent);
-    QCOMPARE(shownTitles(window), fileOrder());
-    QCOMPARE(isAdviceHidden(window), adviceHidden);
-    QCOMPARE(detailOfRow(window, 2), u"detalle {3}"_s);
-}
-
-void TaskListTest::whatIsNoJsonEmptiesTheList_data()
-{
-    equalTitlesLeadToTheirOwnTasks_data();
-}
-
-void TaskListTest::whatIsNoJsonEmptiesTheList()
-{
-    QFETCH(QByteArray, slot);
-    home::writeTasks(fourTasks());
-    MainWindow window;
-    home::writeBytes(R"([{"id": "{1}", "title": "al)");
-    const MessageBoxes boxes;
-
-    refill(window, slot);
-
-    QCOMPARE(shownTitles(window), QStringList());
-    QVERIFY(isAdviceHidden(window));
-    QCOMPARE(boxes.shown().size(), 0);
 }
 
 NUBARIA_TEST_MAIN(TaskListTest)

@@ -1,44 +1,20 @@
-#include "support/failingopen.h"
 #include "support/home.h"
 #include "support/messageboxes.h"
 #include "support/testmain.h"
 #include "support/traymessages.h"
 #include "support/window.h"
 
-#include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateEdit>
-#include <QFile>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
-#include <QSignalSpy>
 #include <QTextEdit>
-#include <QVariantAnimation>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-const QRect openPanel(0, 0, 1010, 700);
-const QRect closedPanel(1010, 0, 1010, 700);
-
-QRect panel(const MainWindow &window)
-{
-    return widget(window, "TaskDetail")->geometry();
-}
-
-void selectRow(const MainWindow &window, int number)
-{
-    auto *list = widget<QListView>(window, "TaskListView");
-    list->setCurrentIndex(list->model()->index(number, 0));
-}
-
-void pressUpdate(const MainWindow &window)
-{
-    widget<QAbstractButton>(window, "UpdateTaskBtn")->click();
-}
 
 void editPanel(const MainWindow &window, const QString &title)
 {
@@ -55,30 +31,12 @@ QJsonObject editedRecord(const QString &id, const QString &title)
         {u"category"_s, u"Otro"_s}, {u"dateLimit"_s, u"09-12-2031"_s}, {u"urgency"_s, u"Urgente"_s}};
 }
 
-TrayMessage message(const QString &title, const QString &text)
-{
-    return {title, text, QSystemTrayIcon::Information, 10000, true};
-}
-
-// Slides begun before are over when this one, as long as they are and begun last, is.
-bool waitForSlides()
-{
-    QVariantAnimation last;
-    last.setStartValue(0);
-    last.setEndValue(1);
-    last.setDuration(250);
-    QSignalSpy finished(&last, &QVariantAnimation::finished);
-    last.start();
-    return finished.wait();
-}
-
 } // namespace
 
 class TaskUpdateTest final : public QObject
 {
     Q_OBJECT
 
-    static void compareOnlyMessage(const QString &title, const QString &text);
     void note(const QString &step);
 
     QStringList m_steps;
@@ -102,25 +60,7 @@ private slots:
     void theMessageHasNoPreference();
     void actsInOrder();
     void updatesTheCurrentRowAfterThePanelWasClosed();
-
-    void warnsInTheTrayWithoutASelection();
-    void warnsAfterARefill_data();
-    void warnsAfterARefill();
-    void aFileThatCannotBeOpenedForBothIsReported();
-    void aFileThatCannotBeWrittenIsReported();
-    void aTaskThatHasGoneIsNotPutBackAndStillUpdated();
-    void whatIsNoJsonBecomesAnEmptyArray_data();
-    void whatIsNoJsonBecomesAnEmptyArray();
-    void anAbsentFileIsMade();
 };
-
-void TaskUpdateTest::compareOnlyMessage(const QString &title, const QString &text)
-{
-    QCOMPARE(traymessages::all().size(), 1);
-    QCOMPARE(traymessages::all().constFirst().title, title);
-    QCOMPARE(traymessages::all().constFirst().text, text);
-    QVERIFY(traymessages::all().constFirst() == message(title, text));
-}
 
 void TaskUpdateTest::note(const QString &step)
 {
@@ -137,7 +77,7 @@ void TaskUpdateTest::writesThePanelOverTheTask()
     selectRow(window, 1);
     editPanel(window, u"Añadir «dos»"_s);
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
     const QJsonArray expected{first, editedRecord(u"{b}"_s, u"Añadir «dos»"_s), third};
     QCOMPARE(home::tasks(), expected);
@@ -157,7 +97,7 @@ void TaskUpdateTest::dropsFurtherKeysOfTheUpdatedTaskOnly()
     selectRow(window, 1);
     editPanel(window, u"dos"_s);
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
     QCOMPARE(home::tasks(), (QJsonArray{first, editedRecord(u"{b}"_s, u"dos"_s), third}));
 }
@@ -170,7 +110,7 @@ void TaskUpdateTest::updatesTheTaskOfTheRowAmongEqualTitles()
     selectRow(window, 1);
     editPanel(window, u"Pagar"_s);
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
     QCOMPARE(home::tasks(), (QJsonArray{first, editedRecord(u"{b}"_s, u"Pagar"_s)}));
 }
@@ -183,7 +123,7 @@ void TaskUpdateTest::updatesTheFirstTaskOfAnIdThatOccursTwice()
     selectRow(window, 1);
     editPanel(window, u"tres"_s);
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
     QCOMPARE(home::tasks(), (QJsonArray{editedRecord(u"{a}"_s, u"tres"_s), second}));
 }
@@ -199,13 +139,13 @@ void TaskUpdateTest::emptyTextsAreAccepted()
     widget<QComboBox>(window, "UrgencyTaskBoxView")->setCurrentIndex(-1);
     const MessageBoxes boxes;
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
     QCOMPARE(home::tasks(),
         (QJsonArray{QJsonObject{{u"id"_s, u"{a}"_s}, {u"title"_s, QString()}, {u"description"_s, QString()},
             {u"category"_s, QString()}, {u"dateLimit"_s, u"05-03-2026"_s}, {u"urgency"_s, QString()}}}));
     QCOMPARE(boxes.shown().size(), 0);
-    compareOnlyMessage(u"Tarea actualizada"_s, u"La tarea '' ha sido actualizada."_s);
+    traymessages::compareOnly(u"Tarea actualizada"_s, u"La tarea '' ha sido actualizada."_s);
 }
 
 void TaskUpdateTest::saysSoAndClosesThePanel()
@@ -213,14 +153,14 @@ void TaskUpdateTest::saysSoAndClosesThePanel()
     home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
     const MainWindow window;
     selectRow(window, 0);
-    QTRY_COMPARE(panel(window), openPanel);
+    QTRY_COMPARE(panelPlace(window), openPanel);
     editPanel(window, u"Añadir piñón"_s);
     const MessageBoxes boxes;
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
-    compareOnlyMessage(u"Tarea actualizada"_s, u"La tarea 'Añadir piñón' ha sido actualizada."_s);
-    QTRY_COMPARE(panel(window), closedPanel);
+    traymessages::compareOnly(u"Tarea actualizada"_s, u"La tarea 'Añadir piñón' ha sido actualizada."_s);
+    QTRY_COMPARE(panelPlace(window), closedPanel);
     QCOMPARE(boxes.shown().size(), 0);
 }
 
@@ -231,9 +171,10 @@ void TaskUpdateTest::showsTheTitleAsItIs()
     selectRow(window, 0);
     editPanel(window, u"100 %1 <i>'%2'</i>"_s);
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
-    compareOnlyMessage(u"Tarea actualizada"_s, u"La tarea '100 %1 <i>'%2'</i>' ha sido actualizada."_s);
+    traymessages::compareOnly(
+        u"Tarea actualizada"_s, u"La tarea '100 %1 <i>'%2'</i>' ha sido actualizada."_s);
 }
 
 void TaskUpdateTest::reloadsTheListAndTheStatistics()
@@ -244,7 +185,7 @@ void TaskUpdateTest::reloadsTheListAndTheStatistics()
     selectRow(window, 0); // dos
     editPanel(window, u"cambiada"_s);
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
     QCOMPARE(shownTitles(window), (QStringList{u"uno"_s, u"cambiada"_s}));
     QCOMPARE(widget<QLabel>(window, "SavedTasks")->text(), u"Tareas guardadas: 2"_s);
@@ -259,11 +200,11 @@ void TaskUpdateTest::theMessageHasNoPreference()
     widget<QCheckBox>(window, "SimpleNotify")->setChecked(false);
     selectRow(window, 0);
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
     QCOMPARE(traymessages::titled(u"Tarea actualizada"_s).size(), 1);
 
-    pressUpdate(window); // the refill has taken the selection away
+    click(window, "UpdateTaskBtn"); // the refill has taken the selection away
 
     QCOMPARE(traymessages::titled(u"Advertencia"_s).size(), 1);
 }
@@ -274,12 +215,12 @@ void TaskUpdateTest::actsInOrder()
     const MainWindow window;
     selectRow(window, 0);
     editPanel(window, u"dos"_s);
-    auto *list = widget<QListView>(window, "TaskListView");
+    const auto *list = taskList(window);
     connect(
         list->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { note(u"panel"_s); });
     connect(list->model(), &QAbstractItemModel::modelReset, this, [this] { note(u"list"_s); });
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
     QCOMPARE(m_steps, (QStringList{u"panel (file dos, messages 0)"_s, u"list (file dos, messages 1)"_s}));
 }
@@ -289,160 +230,12 @@ void TaskUpdateTest::updatesTheCurrentRowAfterThePanelWasClosed()
     home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
     const MainWindow window;
     selectRow(window, 0);
-    widget<QAbstractButton>(window, "CloseDetailTaskBtn")->click();
+    click(window, "CloseDetailTaskBtn");
     editPanel(window, u"dos"_s);
 
-    pressUpdate(window);
+    click(window, "UpdateTaskBtn");
 
     QCOMPARE(home::tasks(), QJsonArray{editedRecord(u"{a}"_s, u"dos"_s)});
-}
-
-void TaskUpdateTest::warnsInTheTrayWithoutASelection()
-{
-    const QByteArray bytes = R"([{"id":"{a}","title":"uno"}])";
-    home::writeBytes(bytes);
-    const MainWindow window;
-    editPanel(window, u"dos"_s);
-    const MessageBoxes boxes;
-    resetTaskFileOpens();
-
-    pressUpdate(window);
-
-    compareOnlyMessage(u"Advertencia"_s, u"Por favor, seleccione una tarea para actualizar."_s);
-    QCOMPARE(taskFileOpens(), 0);
-    QCOMPARE(home::bytes(), bytes);
-    QCOMPARE(boxes.shown().size(), 0);
-}
-
-void TaskUpdateTest::warnsAfterARefill_data()
-{
-    QTest::addColumn<QByteArray>("refill");
-    QTest::newRow("order") << QByteArray("order");
-    QTest::newRow("search") << QByteArray("search");
-    QTest::newRow("save") << QByteArray("save");
-}
-
-void TaskUpdateTest::warnsAfterARefill()
-{
-    QFETCH(QByteArray, refill);
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s), home::record(u"{b}"_s, u"dos"_s)});
-    const MainWindow window;
-    widget<QCheckBox>(window, "SimpleNotify")->setChecked(false);
-    selectRow(window, 0);
-    if (refill == "order") {
-        widget<QComboBox>(window, "OrderNotesBy")->setCurrentIndex(1);
-    } else if (refill == "search") {
-        widget<QLineEdit>(window, "SearchTask")->setText(u"o"_s);
-    } else {
-        widget<QLineEdit>(window, "TaskTitle")->setText(u"tres"_s);
-        widget<QTextEdit>(window, "TaskDescription")->setPlainText(u"tres"_s);
-        widget<QComboBox>(window, "CategoryTaskBox")->setCurrentIndex(0);
-        widget<QComboBox>(window, "UrgencyTaskBox")->setCurrentIndex(0);
-        widget<QAbstractButton>(window, "SaveTaskButton")->click();
-        QCOMPARE(home::tasks().size(), 3);
-    }
-    const QByteArray bytes = home::bytes();
-    widget<QLineEdit>(window, "TaskTitleView")->setText(u"cambiada"_s);
-
-    pressUpdate(window);
-
-    QCOMPARE(traymessages::all().size(), 1);
-    QCOMPARE(traymessages::all().constFirst().title, u"Advertencia"_s);
-    QCOMPARE(traymessages::all().constFirst().text, u"Por favor, seleccione una tarea para actualizar."_s);
-    QCOMPARE(home::bytes(), bytes);
-}
-
-void TaskUpdateTest::aFileThatCannotBeOpenedForBothIsReported()
-{
-    const QByteArray bytes = R"([{"id":"{a}","title":"uno"}])";
-    home::writeBytes(bytes);
-    const MainWindow window;
-    selectRow(window, 0);
-    QTRY_COMPARE(panel(window), openPanel);
-    const MessageBoxes boxes;
-    const FailingOpen failing(O_RDWR);
-    QTest::ignoreMessage(QtCriticalMsg, "Failed to open file for reading: \"Permission denied\"");
-
-    pressUpdate(window);
-
-    compareOnlyMessage(u"Error"_s, u"Error el cargar los datos: Permission denied"_s);
-    QCOMPARE(boxes.shown().size(), 0);
-    QCOMPARE(home::bytes(), bytes);
-    QVERIFY(waitForSlides());
-    QCOMPARE(panel(window), openPanel);
-}
-
-void TaskUpdateTest::aFileThatCannotBeWrittenIsReported()
-{
-    const QByteArray bytes = R"([{"id":"{a}","title":"uno"}])";
-    home::writeBytes(bytes);
-    const MainWindow window;
-    selectRow(window, 0);
-    QTRY_COMPARE(panel(window), openPanel);
-    const MessageBoxes boxes;
-    const FailingOpen failing(O_WRONLY);
-    QTest::ignoreMessage(QtCriticalMsg, "Failed to open file for writing: \"Permission denied\"");
-
-    pressUpdate(window);
-
-    compareOnlyMessage(u"Error"_s, u"Failed to open file for writing: Permission denied"_s);
-    QCOMPARE(boxes.shown().size(), 0);
-    QCOMPARE(home::bytes(), bytes);
-    QVERIFY(waitForSlides());
-    QCOMPARE(panel(window), openPanel);
-}
-
-void TaskUpdateTest::aTaskThatHasGoneIsNotPutBackAndStillUpdated()
-{
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
-    const MainWindow window;
-    selectRow(window, 0);
-    editPanel(window, u"dos"_s);
-    home::writeBytes(R"([{"title":"otra","id":"{b}","notes":1}])");
-
-    pressUpdate(window);
-
-    QCOMPARE(home::bytes(),
-        QByteArray("[\n    {\n        \"id\": \"{b}\",\n        \"notes\": 1,\n"
-                   "        \"title\": \"otra\"\n    }\n]\n"));
-    compareOnlyMessage(u"Tarea actualizada"_s, u"La tarea 'dos' ha sido actualizada."_s);
-    QCOMPARE(shownTitles(window), QStringList{u"otra"_s});
-}
-
-void TaskUpdateTest::whatIsNoJsonBecomesAnEmptyArray_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("truncated") << QByteArray(R"([{"id":"{a}","title":"uno"})");
-    QTest::newRow("no JSON") << QByteArray("tareas");
-    QTest::newRow("nothing") << QByteArray();
-}
-
-void TaskUpdateTest::whatIsNoJsonBecomesAnEmptyArray()
-{
-    QFETCH(QByteArray, bytes);
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
-    const MainWindow window;
-    selectRow(window, 0);
-    home::writeBytes(bytes);
-
-    pressUpdate(window);
-
-    QCOMPARE(home::bytes(), QByteArray("[\n]\n"));
-    compareOnlyMessage(u"Tarea actualizada"_s, u"La tarea 'uno' ha sido actualizada."_s);
-    QCOMPARE(shownTitles(window), QStringList());
-}
-
-void TaskUpdateTest::anAbsentFileIsMade()
-{
-    home::writeTasks({home::record(u"{a}"_s, u"uno"_s)});
-    const MainWindow window;
-    selectRow(window, 0);
-    QVERIFY(QFile::remove(home::taskFile()));
-
-    pressUpdate(window);
-
-    QCOMPARE(home::bytes(), QByteArray("[\n]\n"));
-    compareOnlyMessage(u"Tarea actualizada"_s, u"La tarea 'uno' ha sido actualizada."_s);
 }
 
 NUBARIA_TEST_MAIN(TaskUpdateTest)

@@ -1,6 +1,7 @@
 #include "support/failingopen.h"
 #include "support/home.h"
 #include "support/messageboxes.h"
+#include "support/taskform.h"
 #include "support/testmain.h"
 #include "support/traymessages.h"
 #include "support/window.h"
@@ -10,8 +11,6 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QTextEdit>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -24,21 +23,6 @@ void writeThreeTasks()
 {
     home::writeTasks({home::record(u"{b}"_s, u"beta"_s), home::record(u"{z}"_s, u"Zeta"_s),
         home::record(u"{a}"_s, u"alfa"_s)});
-}
-
-QListView &taskList(const MainWindow &window)
-{
-    return *widget<QListView>(window, "TaskListView");
-}
-
-void selectRow(const MainWindow &window, int row)
-{
-    taskList(window).setCurrentIndex(taskList(window).model()->index(row, 0));
-}
-
-void click(const MainWindow &window, const char *button)
-{
-    widget<QPushButton>(window, button)->click();
 }
 
 // Rejects the file dialogs that open while it lives, and counts them.
@@ -163,13 +147,13 @@ private slots:
         selectRow(window, 1);
         click(window, "CloseDetailTaskBtn");
         widget<QLineEdit>(window, "TaskTitleView")->clear();
-        QListView &list = taskList(window);
-        const QPoint row = list.visualRect(list.currentIndex()).center();
+        QListView *list = taskList(window);
+        const QPoint row = list->visualRect(list->currentIndex()).center();
 
-        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, row);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row);
         QCOMPARE(widget<QLineEdit>(window, "TaskTitleView")->text(), QString());
         resetTaskFileOpens();
-        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, row);
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, row);
 
         QCOMPARE(taskFileOpens(), 1);
         QCOMPARE(widget<QLineEdit>(window, "TaskTitleView")->text(), u"Zeta"_s);
@@ -185,7 +169,7 @@ private slots:
 
         click(window, "CloseDetailTaskBtn");
 
-        QVERIFY(!taskList(window).selectionModel()->hasSelection());
+        QVERIFY(!taskList(window)->selectionModel()->hasSelection());
         QTRY_COMPARE(widget(window, "TaskDetail")->x(), 1010);
     }
 
@@ -232,7 +216,7 @@ private slots:
     {
         const MainWindow window;
         click(window, "NewTaskViewButton");
-        fillNewTask(window);
+        fillForm(window, u"Regar las plantas"_s);
 
         click(window, "CleanTaskButton");
 
@@ -244,7 +228,7 @@ private slots:
     {
         const MainWindow window;
         click(window, "NewTaskViewButton");
-        fillNewTask(window);
+        fillForm(window, u"Regar las plantas"_s);
 
         click(window, "CancelTaskButton");
 
@@ -257,7 +241,7 @@ private slots:
     {
         const MainWindow window;
         click(window, "NewTaskViewButton");
-        fillNewTask(window);
+        fillForm(window, u"Regar las plantas"_s);
         const MessageBoxes boxes;
 
         click(window, "SaveTaskButton");
@@ -321,14 +305,6 @@ private slots:
     }
 
 private:
-    static void fillNewTask(const MainWindow &window)
-    {
-        widget<QLineEdit>(window, "TaskTitle")->setText(u"Regar las plantas"_s);
-        widget<QTextEdit>(window, "TaskDescription")->setPlainText(u"Las del balcón"_s);
-        widget<QComboBox>(window, "CategoryTaskBox")->setCurrentIndex(0);
-        widget<QComboBox>(window, "UrgencyTaskBox")->setCurrentIndex(2);
-    }
-
     static void writeTaskDueInTwoDays()
     {
         QJsonObject task = home::record(u"{a}"_s, u"Pagar la renta"_s);

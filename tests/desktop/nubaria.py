@@ -34,11 +34,11 @@ DESCRIPTION = Field((700, 300), (700, 181), "D199E5")
 SEARCH = Field((870, 35), (870, 21), "C4C4C4")
 PANEL_TITLE = Field((700, 75), (700, 61), "D199E5")
 
-WHITE, PANEL_GREY, ROW_BORDER, VIOLET, SWITCH_ON, SWITCH_OFF = (
-    "FFFFFF", "F2F2F2", "CCCCCC", "9D39E3", "7200C1", "CCCCCC"
+WHITE, PANEL_GREY, ROW_BORDER, FORM_FRAME, SWITCH_ON, SWITCH_OFF = (
+    "FFFFFF", "F2F2F2", "CCCCCC", "EBEBEB", "7200C1", "CCCCCC"
 )
-# What is violet on the page of a new task is white on the others.
-SAVE_BUTTON = (930, 630)
+# The frame around the category of a new task, whatever the mouse is over; every other page is white there.
+FORM_EDGE = (275, 542)
 PANEL_LEFT, PANEL_RIGHT = (242, 690), (1247, 690)
 QUESTION = "^Finalizar Tarea$"
 
@@ -130,7 +130,7 @@ class Nubaria:
 
     def open_page(self, page):
         self.click(PAGES[page])
-        self.wait_for_colour(SAVE_BUTTON, VIOLET if page == "Nueva tarea" else WHITE, f"the page {page}")
+        self.wait_for_colour(FORM_EDGE, FORM_FRAME if page == "Nueva tarea" else WHITE, f"the page {page}")
 
     def open_row(self, row):
         self.click((700, row_middle(row)))
@@ -146,7 +146,7 @@ class Nubaria:
     def save(self, expected):
         self.click(SAVE)
         self.wait_for_tasks(expected)
-        self.wait_for_colour(SAVE_BUTTON, WHITE, "the list of tasks")
+        self.wait_for_colour(FORM_EDGE, WHITE, "the list of tasks")
 
     def update(self, expected):
         self.click(UPDATE)

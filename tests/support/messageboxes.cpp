@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QTest>
 
 MessageBoxes::MessageBoxes(QMessageBox::StandardButton answer)
     : m_answer(answer)
@@ -28,4 +29,20 @@ void MessageBoxes::answerOpenBox()
     } else {
         box->reject();
     }
+}
+
+void compareBox(const ShownBox &box, QMessageBox::Icon icon, const QString &title, const QString &text)
+{
+    QCOMPARE(box.icon, icon);
+    QCOMPARE(box.title, title);
+    QCOMPARE(box.text, text);
+    QCOMPARE(box.buttons, QMessageBox::Ok);
+    QVERIFY(box.hasParent);
+}
+
+void compareOnlyBox(
+    const MessageBoxes &boxes, QMessageBox::Icon icon, const QString &title, const QString &text)
+{
+    QCOMPARE(boxes.shown().size(), 1);
+    compareBox(boxes.shown().constFirst(), icon, title, text);
 }

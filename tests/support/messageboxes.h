@@ -39,3 +39,10 @@ private:
     QList<ShownBox> m_shown;
     QTimer m_poll;
 };
+
+/// Fails the case unless the box showed this, with OK alone, and belonged to a window.
+void compareBox(const ShownBox &box, QMessageBox::Icon icon, const QString &title, const QString &text);
+
+/// Fails the case unless that box was the only one.
+void compareOnlyBox(
+    const MessageBoxes &boxes, QMessageBox::Icon icon, const QString &title, const QString &text);

@@ -1,5 +1,7 @@
 #include "support/traymessages.h"
 
+#include <QTest>
+
 namespace {
 
 QList<TrayMessage> &recorded()
@@ -36,4 +38,13 @@ QList<TrayMessage> traymessages::titled(const QString &title)
         }
     }
     return found;
+}
+
+void traymessages::compareOnly(const QString &title, const QString &text)
+{
+    QCOMPARE(all().size(), 1);
+    const TrayMessage message = all().constFirst();
+    QCOMPARE(message.title, title);
+    QCOMPARE(message.text, text);
+    QVERIFY(message == TrayMessage({title, text, QSystemTrayIcon::Information, 10000, true}));
 }

@@ -22,4 +22,7 @@ void clear();
 QList<TrayMessage> all();
 QList<TrayMessage> titled(const QString &title);
 
+/// Fails the case unless this was the only message, given as every message of the program is.
+void compareOnly(const QString &title, const QString &text);
+
 } // namespace traymessages

@@ -4,6 +4,7 @@
 
 #include <QListView>
 #include <QMetaObject>
+#include <QPushButton>
 #include <QStringListModel>
 
 /// The window's widget of this name, which must be there: a case about a missing widget proves nothing.
@@ -27,9 +28,44 @@ void callSlot(MainWindow &window, const char *slot, const Arguments &...argument
     }
 }
 
+/// Clicks the button of this name.
+inline void click(const MainWindow &window, const char *button)
+{
+    widget<QPushButton>(window, button)->click();
+}
+
+inline QListView *taskList(const MainWindow &window)
+{
+    return widget<QListView>(window, "TaskListView");
+}
+
 /// The titles that the task list shows, from top to bottom.
 inline QStringList shownTitles(const MainWindow &window)
 {
-    const auto *model = qobject_cast<QStringListModel *>(widget<QListView>(window, "TaskListView")->model());
-    return model->stringList();
+    return qobject_cast<QStringListModel *>(taskList(window)->model())->stringList();
 }
+
+/// Makes this row of the task list the current one, which opens the panel with the task's details.
+inline void selectRow(const MainWindow &window, int row)
+{
+    taskList(window)->setCurrentIndex(taskList(window)->model()->index(row, 0));
+}
+
+/// What stands in the list's place while there are no tasks.
+inline QWidget *advice(const MainWindow &window)
+{
+    return widget(window, "TaskAdvise");
+}
+
+/// Where the panel with a task's details rests.
+inline constexpr QRect openPanel(0, 0, 1010, 700);
+inline constexpr QRect closedPanel(1010, 0, 1010, 700);
+
+/// Where the panel with a task's details is.
+inline QRect panelPlace(const MainWindow &window)
+{
+    return widget(window, "TaskDetail")->geometry();
+}
+
+/// Waits until every slide of the panel that has begun is over; false if that takes too long.
+bool waitForSlides();
