@@ -37,7 +37,7 @@ public:
     ~FullDisk()
     {
         setrlimit(RLIMIT_FSIZE, &m_limit);
-        std::signal(SIGXFSZ, m_handler);
+        static_cast<void>(std::signal(SIGXFSZ, m_handler));
     }
 
 private:

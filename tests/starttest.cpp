@@ -217,7 +217,7 @@ private slots:
 
     void showsBareStatistics()
     {
-        home::writeBytes("[{\"id\":\"{a}\"},{\"id\":\"{b}\"},{\"id\":\"{c}\"}]");
+        home::writeBytes(R"([{"id":"{a}"},{"id":"{b}"},{"id":"{c}"}])");
 
         const MainWindow window;
 

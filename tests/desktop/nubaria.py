@@ -88,6 +88,13 @@ class Nubaria:
         self.process.kill()
         self.process.wait()
 
+    def state(self):
+        """What has become of the program, to be told with a failure: a dead one keeps every wait waiting."""
+        if self.process is None:
+            return "the program was not started"
+        result = self.process.poll()
+        return "the program is running" if result is None else f"the program has ended with {result}"
+
     # Windows
 
     def find(self, name):

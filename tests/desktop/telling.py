@@ -22,7 +22,8 @@ def tell(story, pictures):
             getattr(story, name)()
         except Failure as failure:
             picture(pictures / "failure.png")
-            raise Failure(f"step {number}, {name.replace('_', ' ')}: {failure}") from None
+            told = f"step {number}, {name.replace('_', ' ')}: {failure}"
+            raise Failure(f"{told} ({story.nubaria.state()})") from None
         picture(pictures / f"{number:02}-{name.replace('_', '-')}.png")
 
 
