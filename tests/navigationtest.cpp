@@ -13,6 +13,8 @@ namespace {
 constexpr QRect openBanner(10, 595, 220, 90);
 constexpr QRect closedBanner(-230, 595, 220, 90);
 
+// A test builds its tables once, at its start.
+// clazy:excludeall=non-pod-global-static
 const QStringList buttonNames = {u"TaskViewButton"_s, u"NewTaskViewButton"_s, u"SettingsViewButton"_s,
     u"ProfileViewButton"_s, u"PatchNoticesViewButton"_s};
 const QStringList pageNames

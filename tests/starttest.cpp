@@ -20,6 +20,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+// A test builds its tables once, at its start.
+// clazy:excludeall=non-pod-global-static
 const QStringList pages
     = {u"TasksPage"_s, u"NewTasksPage"_s, u"SettingsPage"_s, u"ProfilePage"_s, u"PatchPage"_s};
 const QStringList navigationButtons = {u"TaskViewButton"_s, u"NewTaskViewButton"_s, u"SettingsViewButton"_s,
