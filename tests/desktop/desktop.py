@@ -101,7 +101,8 @@ def die_with_the_story():
 class Desktop:
     """Everything that a program started in it sees; nothing of it outlives `end`."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, screen="1400x860"):
+        self.screen = screen
         self.processes = []
         self.folders = {name: folder / name for name in ("home", "config", "run", "tmp")}
         for path in self.folders.values():
@@ -121,8 +122,8 @@ class Desktop:
 
     def start(self):
         reader, writer = os.pipe()
-        screen = ("-screen", "0", "1400x860x24")
-        self.spawn("Xvfb", "-displayfd", str(writer), *screen, "-nolisten", "tcp", pass_fds=(writer,))
+        screen = ("-screen", "0", f"{self.screen}x24", "-nolisten", "tcp")
+        self.spawn("Xvfb", "-displayfd", str(writer), *screen, pass_fds=(writer,))
         os.close(writer)
         with os.fdopen(reader) as numbers:
             display = numbers.readline().strip()

@@ -6,7 +6,13 @@ from typing import NamedTuple
 from desktop import Failure, active_window, click, colour, geometry, press, run, signature, type_text, wait_for
 
 # Places in the window.
-PAGES = {"Lista de tareas": (119, 125), "Nueva tarea": (119, 160), "Perfil": (119, 230), "Ajustes": (119, 300)}
+PAGES = {
+    "Lista de tareas": (119, 125),
+    "Nueva tarea": (119, 160),
+    "Perfil": (119, 230),
+    "Ajustes": (119, 300),
+    "Notas de parche": (119, 335),
+}
 ORDER = (1100, 35)
 CATEGORY, URGENCY, SAVE = (410, 552), (1045, 552), (1075, 642)
 PANEL_CATEGORY, FINISH, UPDATE = (430, 565), (745, 642), (1075, 642)
@@ -50,17 +56,19 @@ def row_middle(row):
 class Nubaria:
     """One user's program. Every function waits until what it does has come about, unless it says otherwise."""
 
-    def __init__(self, program, desktop):
+    def __init__(self, program, desktop, scale=1):
         self.program = program
         self.desktop = desktop
+        self.scale = scale  # pixels of the screen for each of the window's own
         self.process = None
         self.window = None
         self.corner = (0, 0)
 
     # Starting and ending
 
-    def start(self):
-        self.process = self.desktop.spawn(self.program)
+    def start(self, command=None):
+        """Starts the program itself, or by a command that becomes it."""
+        self.process = self.desktop.spawn(*(command or (self.program,)))
         self.window = wait_for(lambda: self.find("^Nubaria$"), "the window")
         self.corner = geometry(self.window)[:2]
         self.wait_until_in_front()
@@ -116,9 +124,12 @@ class Nubaria:
 
     # Mouse and keyboard
 
+    def on_screen(self, place):
+        return tuple(corner + round(self.scale * part) for corner, part in zip(self.corner, place))
+
     def click(self, place):
         """Does not wait for what comes of it."""
-        click(self.corner[0] + place[0], self.corner[1] + place[1])
+        click(*self.on_screen(place))
 
     def write(self, field, text):
         """Writes over whatever the field holds. Does not wait for what comes of it."""
@@ -189,8 +200,7 @@ class Nubaria:
     # What can be seen
 
     def wait_for_colour(self, place, wanted, what):
-        x, y = self.corner[0] + place[0], self.corner[1] + place[1]
-        wait_for(lambda: colour(x, y) == wanted, what)
+        wait_for(lambda: colour(*self.on_screen(place)) == wanted, what)
 
     def listed(self):
         """What the list looks like, to tell whether it has changed."""
