@@ -6,9 +6,11 @@
 
 void MainWindow::handleNewInstanceConnection()
 {
-    // The connection is the message: what is sent over it is not read.
+    // The connection is the message: what is sent over it is dropped, or a socket would keep all of it.
     if (QLocalSocket *socket = localServer->nextPendingConnection()) {
         connect(socket, &QLocalSocket::disconnected, socket, &QLocalSocket::deleteLater);
+        connect(
+            socket, &QLocalSocket::readyRead, socket, [socket] { socket->skip(socket->bytesAvailable()); });
     }
     restoreWindow();
     flashTaskbarIcon();

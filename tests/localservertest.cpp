@@ -9,6 +9,7 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QScopeGuard>
+#include <QSignalSpy>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -100,6 +101,22 @@ private slots:
 
         QTRY_VERIFY(window.isVisible());
         QTRY_VERIFY(window.isActiveWindow());
+    }
+
+    void keepsNothingOfWhatIsSent()
+    {
+        const MainWindow window;
+        QLocalSocket client;
+        client.connectToServer(u"QuenoliIPC"_s);
+        QTRY_COMPARE(serverOf(window).findChildren<QLocalSocket *>().size(), 1);
+        const auto *socket = serverOf(window).findChildren<QLocalSocket *>().constFirst();
+        QSignalSpy arrived(socket, &QLocalSocket::readyRead);
+
+        client.write(QByteArray(1 << 20, 'x'));
+
+        QTRY_COMPARE(client.bytesToWrite(), 0);
+        QTRY_VERIFY(arrived.count() > 0);
+        QTRY_COMPARE(socket->bytesAvailable(), 0);
     }
 
     void forgetsAConnectionThatHasHungUp()

@@ -122,7 +122,8 @@ class Desktop:
 
     def start(self):
         reader, writer = os.pipe()
-        screen = ("-screen", "0", f"{self.screen}x24", "-nolisten", "tcp")
+        # Without -noreset the display starts anew, and drops whoever is just connecting, each time its last client goes.
+        screen = ("-screen", "0", f"{self.screen}x24", "-nolisten", "tcp", "-noreset")
         self.spawn("Xvfb", "-displayfd", str(writer), *screen, pass_fds=(writer,))
         os.close(writer)
         with os.fdopen(reader) as numbers:
