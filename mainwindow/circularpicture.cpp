@@ -1,13 +1,39 @@
 #include "mainwindow/circularpicture.h"
 
 #include <QBitmap>
+#include <QFile>
 #include <QPainter>
+#include <QtEndian>
 
 #include <algorithm>
 
+namespace {
+
+/// Whether a PNG file claims less beside its pixels than it holds; true for any other file. libpng takes
+/// memory for a text as soon as it knows the claimed length, so that a file of 41 bytes can cost 2 GB.
+bool holdsWhatItClaims(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.read(8) != "\x89PNG\r\n\x1a\n") {
+        return true;
+    }
+    constexpr qint64 headLength = 8;
+    constexpr qint64 checksumLength = 4;
+    for (QByteArray head = file.read(headLength); head.size() == headLength; head = file.read(headLength)) {
+        const qint64 end = file.pos() + qFromBigEndian<quint32>(head.constData());
+        if (end > file.size() && !head.endsWith("IDAT")) {
+            return false;
+        }
+        file.seek(end + checksumLength);
+    }
+    return true;
+}
+
+} // namespace
+
 QPixmap circularPicture(const QString &path, QSize size)
 {
-    const QPixmap picture(path);
+    const QPixmap picture = holdsWhatItClaims(path) ? QPixmap(path) : QPixmap();
     if (picture.isNull()) {
         return {};
     }

@@ -136,6 +136,9 @@ private slots:
     void refusesPicturesThatTakeMoreThan128Megabytes_data();
     void refusesPicturesThatTakeMoreThan128Megabytes();
     void refusesAPictureThatGrowsWhenUnpackedBeforeItTakesMemory();
+    void refusesAPictureThatClaimsMoreThanItsFileHolds_data();
+    void refusesAPictureThatClaimsMoreThanItsFileHolds();
+    void loadsAPictureWithTexts();
 };
 
 void HostilePictureTest::init()
@@ -213,6 +216,41 @@ void HostilePictureTest::refusesAPictureThatGrowsWhenUnpackedBeforeItTakesMemory
     // The file is sound and does grow: without Qt's limit, to 107 MB in its own depth of one bit a pixel.
     const NoAllocationLimit unlimited;
     QVERIFY(peakGrowth([&] { QCOMPARE(QImage(path).size(), QSize(30000, 30000)); }) > 100);
+}
+
+void HostilePictureTest::refusesAPictureThatClaimsMoreThanItsFileHolds_data()
+{
+    QTest::addColumn<QByteArray>("picture");
+    const QByteArray sound = blackPng(1, 1, 8);
+    const qsizetype pixels = sound.indexOf("IDAT") - 4;
+    const qsizetype end = sound.indexOf("IEND") - 4;
+    for (const char *type : {"tEXt", "zTXt", "iTXt"}) {
+        const QByteArray claim = bigEndian(0x7ffffff0) + type;
+        QTest::addRow("%s before the pixels", type) << sound.first(pixels) + claim;
+        QTest::addRow("%s after the pixels", type) << sound.first(end) + claim + sound.mid(end);
+    }
+}
+
+void HostilePictureTest::refusesAPictureThatClaimsMoreThanItsFileHolds()
+{
+    QFETCH(QByteArray, picture);
+    const QString path = writeFile(picture);
+
+    QPixmap shown;
+    const int growth = peakGrowth([&] { shown = circularPicture(path, labelSize); });
+
+    QVERIFY(shown.isNull());
+    QVERIFY2(growth < 32, qPrintable(u"grew by %1 MB"_s.arg(growth)));
+}
+
+void HostilePictureTest::loadsAPictureWithTexts()
+{
+    QByteArray picture = blackPng(1, 1, 8);
+    picture.insert(picture.indexOf("IDAT") - 4, pngChunk("tEXt", QByteArray("Title\0Foto", 10)));
+    picture.insert(picture.indexOf("IEND") - 4,
+        pngChunk("zTXt", "Comment" + QByteArray(2, '\0') + qCompress("x").mid(4)));
+
+    QVERIFY(!circularPicture(writeFile(picture), labelSize).isNull());
 }
 
 NUBARIA_TEST_MAIN(HostilePictureTest)
