@@ -1,6 +1,7 @@
 #include "mainwindow/mainwindow.h"
 
 #include "app/singleinstancechecker.h"
+#include "mainwindow/accessibility.h"
 #include "mainwindow/preferences.h"
 #include "ui_mainwindow.h"
 
@@ -24,7 +25,10 @@ MainWindow::MainWindow(QWidget *parent)
     , settings(preferences::organisation, preferences::mainStore)
     , themeSettings(preferences::organisation, preferences::themeStore)
 {
+    offerPageButtonsForPressing();
     ui->setupUi(this);
+    nameClearButton(ui->SearchTask);
+    nameClearButton(ui->TaskTitle);
     captureBaseStyleSheets(this);
     setUpColorThemes();
     captureBaseFontWeights(this);

@@ -1,3 +1,4 @@
+#include "mainwindow/accessibility.h"
 #include "mainwindow/circularpicture.h"
 #include "mainwindow/greeting.h"
 #include "mainwindow/mainwindow.h"
@@ -26,6 +27,7 @@ void MainWindow::setProfileEditable(bool editable)
     for (QLineEdit *field : {ui->UserName, ui->UserMail}) {
         field->setEnabled(editable);
         field->setClearButtonEnabled(editable);
+        nameClearButton(field);
     }
 }
 

@@ -15,7 +15,6 @@ int opens = 0;
 } // namespace
 
 // Qt's library finds this definition before the C library's.
-// ones
 extern "C" Q_DECL_EXPORT int open64(const char *path, int flags, ...)
 {
     va_list arguments;

@@ -1,0 +1,221 @@
+"""Assistive technology: what a client of AT-SPI hears of the program, and how it acts on it."""
+
+import atexit
+import functools
+import os
+import shutil
+import tempfile
+import time
+from pathlib import Path
+
+import gi
+
+from desktop import Failure, click, press, run, wait_for
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402  (the version comes first)
+
+ANSWER_TIME = 5000  # milliseconds for one question
+SHOWING, SENSITIVE = Atspi.StateType.SHOWING, Atspi.StateType.SENSITIVE
+CHECKED, FOCUSED = Atspi.StateType.CHECKED, Atspi.StateType.FOCUSED
+
+# Where there is nothing of the program, so that the mouse does not choose in a list that opens below it.
+NOWHERE = (1399, 859)
+
+
+def remove_when_free(folder):
+    """Removes the folder of the buses, which end by themselves once their session has."""
+    end = time.monotonic() + 5
+    while any(path.is_socket() for path in folder.rglob("*")) and time.monotonic() < end:
+        time.sleep(0.05)
+    shutil.rmtree(folder, ignore_errors=True)
+
+
+def start_session(desktop):
+    """Starts a D-Bus session, in which the bus of the assistive technology starts on demand."""
+    folder = Path(tempfile.mkdtemp(prefix="na"))
+    atexit.register(remove_when_free, folder)
+    desktop.environment |= {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "GSETTINGS_BACKEND": "memory"}
+    reader, writer = os.pipe()
+    # Both buses keep their sockets in a folder of their own: it outlives the desktop, as the second one does.
+    daemon = ("dbus-daemon", "--session", "--nofork", f"--print-address={writer}", f"--address=unix:dir={folder}")
+    desktop.spawn("env", f"XDG_RUNTIME_DIR={folder}", *daemon, pass_fds=(writer,))
+    os.close(writer)
+    with os.fdopen(reader) as addresses:
+        address = addresses.readline().strip()
+    if not address:
+        raise Failure("the D-Bus session does not start")
+    os.environ["DBUS_SESSION_BUS_ADDRESS"] = desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+
+
+def answered(function):
+    """Has a function say so when the program does not answer, or what it is about has gone."""
+
+    @functools.wraps(function)
+    def asking(*arguments):
+        try:
+            return function(*arguments)
+        except GLib.Error as error:
+            raise Failure(f"no answer to '{function.__name__.replace('_', ' ')}': {error.message}") from None
+
+    return asking
+
+
+def states(node):
+    return node.get_state_set()
+
+
+def is_showing(node):
+    return states(node).contains(SHOWING)
+
+
+def children(node):
+    found = (node.get_child_at_index(number) for number in range(node.get_child_count()))
+    return [child for child in found if child]
+
+
+def text(node):
+    return Atspi.Text.get_text(node, 0, -1)
+
+
+def place(node):
+    """Left, top, right and bottom on the screen."""
+    area = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
+    return area.x, area.y, area.x + area.width, area.y + area.height
+
+
+def lies_within(inner, outer):
+    return all(a >= b for a, b in zip(inner[:2], outer[:2])) and all(a <= b for a, b in zip(inner[2:], outer[2:]))
+
+
+def actions(node):
+    return [Atspi.Action.get_action_name(node, number) for number in range(Atspi.Action.get_n_actions(node))]
+
+
+class Assistant:
+    """One client. Whatever finds a thing waits for it."""
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self.pointed_at = set()  # the roles that had to be clicked with the mouse
+
+    def start(self):
+        start_session(self.desktop)
+        if Atspi.init() not in (0, 1):
+            raise Failure("the bus of the assistive technology does not start")
+        Atspi.set_timeout(ANSWER_TIME, ANSWER_TIME)
+        # Everything is asked anew: what is kept would be renewed by events, for which nothing waits here.
+        Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)
+
+    # Hearing
+
+    def windows(self):
+        """The windows of the program that are on the screen. Does not wait."""
+        programs = children(Atspi.get_desktop(0))  # the session has but one
+        return [window for program in programs for window in children(program) if is_showing(window)]
+
+    def showing(self):
+        """Everything on the screen as (node, parents), in reading order. Does not wait."""
+        waiting = [(window, []) for window in reversed(self.windows())]
+        while waiting:
+            node, parents = waiting.pop()
+            yield node, parents
+            inner = [child for child in children(node) if is_showing(child)]
+            waiting += [(child, [*parents, node]) for child in reversed(inner)]
+
+    def all(self, role, name=None, description=None):
+        """Everything of these words. Does not wait."""
+        return [
+            node for node, _ in self.showing()
+            if node.get_role_name() == role
+            and name in (None, node.get_name())
+            and description in (None, node.get_description())
+        ]
+
+    def find(self, role, name=None, description=None):
+        what = " ".join(word for word in ("the", role, name, description) if word)
+        return self.wait_for(lambda: self.all(role, name, description), what)[0]
+
+    def wait_for(self, condition, what):
+        """Waits for a condition on things that may go, or not answer, meanwhile."""
+
+        def holds():
+            try:
+                return condition()
+            except GLib.Error:
+                return None
+
+        return wait_for(holds, what)
+
+    @answered
+    def wait_for_text(self, node, expected):
+        self.wait_for(lambda: text(node) == expected, f"the text '{expected}' in {node.get_name()}")
+
+    @answered
+    def wait_for_state(self, node, state, expected=True):
+        what = f"{node.get_name()} {'to be' if expected else 'not to be'} {state.value_nick}"
+        self.wait_for(lambda: states(node).contains(state) == expected, what)
+
+    # Acting
+
+    @answered
+    def act(self, node, action):
+        """Does not wait for what comes of it."""
+        offered = actions(node)
+        if action not in offered or not Atspi.Action.do_action(node, offered.index(action)):
+            raise Failure(f"{node.get_role_name()} {node.get_name()} does not carry out {action}, of {offered}")
+
+    def press(self, name):
+        button = self.find("push button", name)
+        self.wait_for_state(button, SENSITIVE)
+        self.act(button, "Press")
+
+    @answered
+    def toggle(self, name, expected):
+        switch = self.find("check box", name)
+        self.act(switch, "Toggle")
+        self.wait_for_state(switch, CHECKED, expected)
+
+    @answered
+    def write(self, node, words):
+        self.wait_for_state(node, SENSITIVE)
+        if not Atspi.EditableText.set_text_contents(node, words):
+            raise Failure(f"{node.get_role_name()} {node.get_name()} cannot be written")
+        self.wait_for_text(node, words)
+
+    @answered
+    def choose(self, purpose, item):
+        """Opens a combo box by its action and goes to the item by key: choosing is no action of an item."""
+        run("xdotool", "mousemove", *map(str, NOWHERE))
+        combo = self.find("combo box", description=purpose)
+        self.act(combo, "ShowMenu")
+        items = children(self.list_of(combo))
+        names = [one.get_name() for one in items]
+        press("Home")
+        for number in range(names.index(item) + 1):
+            if number > 0:
+                press("Down")
+            self.wait_for_state(items[number], FOCUSED)
+        press("Return")
+        self.wait_for(lambda: combo.get_name() == item, f"{purpose} to be {item}")
+        self.wait_for(lambda: not is_showing(combo.get_child_at_index(0)), f"the end of the list of {purpose}")
+
+    def list_of(self, combo):
+        """The list that a combo box shows while it is open."""
+        box = combo.get_child_at_index(0)
+        self.wait_for_state(box, SHOWING)
+        return box
+
+    @answered
+    def point_at(self, node):
+        """Clicks a thing that offers no action for it. Does not wait for what comes of it."""
+        self.pointed_at.add(node.get_role_name())
+        left, top, right, bottom = place(node)
+        click((left + right) // 2, (top + bottom) // 2)
+
+    def press_or_point_at(self, node):
+        """Presses a thing, or clicks it where it offers no press. Does not wait for what comes of it."""
+        if "Press" in actions(node):
+            self.act(node, "Press")
+        else:
+            self.point_at(node)
