@@ -1,0 +1,33 @@
+#pragma once
+
+#include "mainwindow/mainwindow.h"
+
+/**
+ * What a target needs of the window and no slot, widget or file shows. An explicit instantiation may name
+ * private members, so the window needs no friends.
+ */
+template <typename Name, typename Name::Type member> struct Reach
+{
+    friend typename Name::Type reach(Name /*name*/) { return member; }
+};
+
+struct TaskIds
+{
+    using Type = QStringList MainWindow::*;
+    friend Type reach(TaskIds name);
+};
+template struct Reach<TaskIds, &MainWindow::taskIds>;
+
+struct RepairMissingTaskIds
+{
+    using Type = void (MainWindow::*)();
+    friend Type reach(RepairMissingTaskIds name);
+};
+template struct Reach<RepairMissingTaskIds, &MainWindow::repairMissingTaskIds>;
+
+struct HandleVersionReply
+{
+    using Type = void (MainWindow::*)(QNetworkReply *);
+    friend Type reach(HandleVersionReply name);
+};
+template struct Reach<HandleVersionReply, &MainWindow::handleVersionReply>;
