@@ -103,7 +103,7 @@ private slots:
         QTRY_VERIFY(window.isActiveWindow());
     }
 
-    void keepsNothingOfWhatIsSent()
+    void keepsNoMoreThanAMessageOfAFlood()
     {
         const MainWindow window;
         QLocalSocket client;
@@ -116,7 +116,7 @@ private slots:
 
         QTRY_COMPARE(client.bytesToWrite(), 0);
         QTRY_VERIFY(arrived.count() > 0);
-        QTRY_COMPARE(socket->bytesAvailable(), 0);
+        QTRY_COMPARE(socket->bytesAvailable(), 1024);
     }
 
     void forgetsAConnectionThatHasHungUp()
