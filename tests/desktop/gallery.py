@@ -4,8 +4,9 @@
 Usage: gallery.py PROGRAM FOLDER
 
 The folder holds the tasks, `tareas.json`, and gets the pictures. The clock of the program stands at the morning of
-15 June 2026, so that the same program gives the same pictures. Ends with 1 and one line on the first picture that
-cannot be taken. Needs Xvfb, openbox, xdotool, ImageMagick, the X utilities, faketime, openssl and qt6ct.
+15 June 2026, so that the same program gives the same pictures, but for the blinking cursor. Ends with 1 and one line
+on the first picture that cannot be taken. Needs Xvfb, openbox, xdotool, ImageMagick, the X utilities, faketime, openssl
+and qt6ct.
 """
 
 import shutil
