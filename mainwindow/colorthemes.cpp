@@ -203,8 +203,8 @@ void MainWindow::applyColorTheme(int index)
         }
         const QString sheet = recolored(entry.value(), replacements);
         // Setting a sheet polishes the widget and all its descendants anew, at three times the cost of a
-        // whole pass without that. One that is polished in this very sheet already would come out the same.
-        if (!widget->testAttribute(Qt::WA_WState_Polished) || widget->styleSheet() != sheet) {
+        // whole pass without that. One that has this very sheet already would come out the same.
+        if (widget->styleSheet() != sheet) {
             widget->setStyleSheet(sheet);
         }
     }

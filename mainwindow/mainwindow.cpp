@@ -2,13 +2,14 @@
 
 #include "app/singleinstancechecker.h"
 #include "mainwindow/accessibility.h"
+#include "mainwindow/dropshadow.h"
 #include "mainwindow/preferences.h"
+#include "mainwindow/titledelegate.h"
 #include "ui_mainwindow.h"
 
 #include <QAction>
 #include <QCoreApplication>
 #include <QFontDatabase>
-#include <QGraphicsDropShadowEffect>
 #include <QLocalServer>
 #include <QMenu>
 #include <QStringListModel>
@@ -92,11 +93,10 @@ void MainWindow::setUpTextEmphasis()
 void MainWindow::addDropShadows()
 {
     const auto addShadow = [this](QWidget *widget, qreal blurRadius, int alpha) {
-        auto *shadow = new QGraphicsDropShadowEffect(this);
+        auto *shadow = new DropShadow(widget, this);
         shadow->setBlurRadius(blurRadius);
         shadow->setOffset(0, 0);
         shadow->setColor(QColor(0, 0, 0, alpha));
-        widget->setGraphicsEffect(shadow);
     };
     addShadow(ui->MainMenu, 30.0, 45);
     addShadow(ui->frameNewTask, 10.0, 60);
@@ -215,6 +215,7 @@ void MainWindow::connectTaskPages()
     connect(ui->SaveTaskButton, &QPushButton::clicked, this, &MainWindow::saveTask);
     // Setting the model replaces the selection model, so it comes before the connection to that.
     ui->TaskListView->setModel(taskModel);
+    ui->TaskListView->setItemDelegate(new TitleDelegate(ui->TaskListView));
     connect(ui->TaskListView, &QListView::doubleClicked, this, &MainWindow::showTaskDetails);
     connect(ui->TaskListView->selectionModel(), &QItemSelectionModel::currentChanged, this,
         &MainWindow::showTaskDetails);

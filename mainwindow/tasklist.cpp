@@ -22,12 +22,13 @@ struct SortableTask
     int rank = 0;
 };
 
-std::vector<SortableTask> sortableTasks(const QJsonArray &tasks)
+std::vector<SortableTask> sortableTasks(const QJsonArray &tasks, TaskOrder order)
 {
     std::vector<SortableTask> sortable;
     sortable.reserve(static_cast<std::size_t>(tasks.size()));
     for (const auto &record : tasks) {
-        sortable.push_back({taskTitle(record), taskId(record), urgencyRank(taskUrgency(record))});
+        const int rank = order == TaskOrder::Urgency ? urgencyRank(taskUrgency(record)) : 0;
+        sortable.push_back({taskTitle(record), taskId(record), rank});
     }
     return sortable;
 }
@@ -58,7 +59,7 @@ TaskRows rowsInOrder(const QJsonArray &tasks, TaskOrder order)
     if (order != TaskOrder::Title && order != TaskOrder::Urgency) {
         return rowsInFileOrder(tasks);
     }
-    std::vector<SortableTask> sortable = sortableTasks(tasks);
+    std::vector<SortableTask> sortable = sortableTasks(tasks, order);
     if (order == TaskOrder::Title) {
         std::ranges::sort(sortable, [](const SortableTask &a, const SortableTask &b) {
             return a.title.compare(b.title, Qt::CaseSensitive) < 0;
@@ -67,6 +68,8 @@ TaskRows rowsInOrder(const QJsonArray &tasks, TaskOrder order)
         std::ranges::sort(sortable, std::ranges::less(), &SortableTask::rank);
     }
     TaskRows rows;
+    rows.titles.reserve(tasks.size());
+    rows.ids.reserve(tasks.size());
     for (SortableTask &task : sortable) {
         rows.titles.append(std::move(task.title));
         rows.ids.append(std::move(task.id));
