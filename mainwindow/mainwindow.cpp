@@ -112,7 +112,9 @@ void MainWindow::setUpTrayIcon()
     auto *settingsAction = new QAction(QIcon(u":/imageres/settings.png"_s), u"Ajustes"_s, this);
     connect(settingsAction, &QAction::triggered, this, &MainWindow::openSettingsFromTray);
     auto *exitAction = new QAction(QIcon(u":/imageres/unchecked.png"_s), u"Salir"_s, this);
-    connect(exitAction, &QAction::triggered, QCoreApplication::instance(), &QCoreApplication::quit);
+    // quit() would first close every visible window, and give up if one is left: the window hides, but the
+    // icon of a tray that embeds it is a window as well.
+    connect(exitAction, &QAction::triggered, QCoreApplication::instance(), [] { QCoreApplication::exit(); });
     trayMenu->addAction(settingsAction);
     trayMenu->addAction(exitAction);
     trayIcon->setContextMenu(trayMenu);

@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QCloseEvent>
 #include <QMenu>
 #include <QMessageBox>
 #include <QSignalBlocker>
@@ -37,6 +38,13 @@ void switchSilently(const MainWindow &window, const char *name, bool on)
     const QSignalBlocker blocker(box(window, name));
     box(window, name).setChecked(on);
 }
+
+/// A window that nothing closes.
+class LastingWindow final : public QWidget
+{
+protected:
+    void closeEvent(QCloseEvent *event) override { event->ignore(); }
+};
 
 // Runs the program's event loop, does one thing in it and returns what the loop ends with.
 int runEventLoop(const std::function<void()> &action)
@@ -233,6 +241,8 @@ private slots:
             window.close();
         }
         QCOMPARE(window.isVisible(), !hidden);
+        LastingWindow icon; // as where the tray embeds it
+        icon.show();
 
         const int result = runEventLoop([&window] { exitAction(window).trigger(); });
 
