@@ -13,14 +13,17 @@
 #include <QTextEdit>
 #include <QTimer>
 
+#ifndef Q_OS_WIN
 #include <sys/resource.h>
 
 #include <csignal>
+#endif
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+#ifndef Q_OS_WIN
 /// While it lives, no file of this process grows beyond `bytes`, as on a disk that is full.
 class FullDisk final
 {
@@ -44,6 +47,7 @@ private:
     rlimit m_limit{};
     void (*m_handler)(int) = SIG_DFL;
 };
+#endif
 
 QJsonArray manyTasks(int count)
 {
@@ -71,7 +75,9 @@ private slots:
     void takesValuesOfWrongTypesForEmpty();
     void survivesDeeplyNestedContent();
     void worksOnAHundredThousandTasks();
+#ifndef Q_OS_WIN
     void leavesAnEmptyFileAndNoMessageWhenTheDiskIsFull();
+#endif
     void startsWithADirectoryInTheTaskFilesPlace();
     void obeysTheTrayMenuWhileTheStartReportsAFailure();
     void startsWithEveryPreferenceOfTheWrongType();
@@ -206,6 +212,7 @@ void HostileInputTest::worksOnAHundredThousandTasks()
     QCOMPARE(widget<QLabel>(window, "SavedTasks")->text(), u"Tareas guardadas: 100000"_s);
 }
 
+#ifndef Q_OS_WIN
 void HostileInputTest::leavesAnEmptyFileAndNoMessageWhenTheDiskIsFull()
 {
     home::writeTasks({home::record(u"{a}"_s, u"Comprar pan"_s)});
@@ -222,6 +229,7 @@ void HostileInputTest::leavesAnEmptyFileAndNoMessageWhenTheDiskIsFull()
     QCOMPARE(traymessages::all().size(), 1);
     QCOMPARE(traymessages::all().constFirst().title, u"Tarea actualizada"_s);
 }
+#endif
 
 void HostileInputTest::startsWithADirectoryInTheTaskFilesPlace()
 {

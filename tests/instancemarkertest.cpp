@@ -6,11 +6,14 @@
 #include <QScopeGuard>
 #include <QSharedMemory>
 
+#ifndef Q_OS_WIN
 #include <dlfcn.h>
 #include <sys/shm.h>
+#endif
 
 using namespace Qt::Literals::StringLiterals;
 
+#ifndef Q_OS_WIN
 namespace {
 
 key_t keyOfEveryFile = -1; // negative: each has its own
@@ -24,6 +27,7 @@ extern "C" key_t ftok(const char *pathname, int proj_id)
     const key_t key = realFtok(pathname, proj_id);
     return key >= 0 && keyOfEveryFile >= 0 ? keyOfEveryFile : key;
 }
+#endif
 
 class InstanceMarkerTest final : public QObject
 {
@@ -102,6 +106,7 @@ private slots:
         QCOMPARE(meta.constructorCount(), 0);
     }
 
+#ifndef Q_OS_WIN
     void aMarkerThatIsLeftWithoutItsFileIsNoOtherCopy()
     {
         keyOfEveryFile = static_cast<key_t>(0x4e750000 | (QCoreApplication::applicationPid() & 0xffff));
@@ -117,6 +122,7 @@ private slots:
         QVERIFY(!first.isAlreadyRunning());
         QVERIFY(SingleInstanceChecker().isAlreadyRunning());
     }
+#endif
 };
 
 NUBARIA_TEST_MAIN(InstanceMarkerTest)

@@ -1,5 +1,6 @@
 #include "support/home.h"
 #include "support/messageboxes.h"
+#include "support/replaced.h"
 #include "support/testmain.h"
 #include "support/traymessages.h"
 #include "support/window.h"
@@ -87,6 +88,7 @@ QString QFileDialog::getOpenFileName(
 {
     return chosenPicture;
 }
+NUBARIA_REPLACES("_ZN11QFileDialog15getOpenFileNameEP7QWidgetRK7QStringS4_S4_PS2_6QFlagsINS_6OptionEE");
 
 class PreferencesTest final : public QObject
 {

@@ -1,4 +1,5 @@
 #include "support/home.h"
+#include "support/replaced.h"
 #include "support/testmain.h"
 #include "support/traymessages.h"
 #include "support/window.h"
@@ -96,6 +97,7 @@ QString QFileDialog::getOpenFileName(QWidget *parent, const QString &caption, co
     asked().append({parent, caption, dir, filter});
     return answer();
 }
+NUBARIA_REPLACES("_ZN11QFileDialog15getOpenFileNameEP7QWidgetRK7QStringS4_S4_PS2_6QFlagsINS_6OptionEE");
 
 class ProfilePictureTest final : public QObject
 {
@@ -151,7 +153,11 @@ void ProfilePictureTest::showsAndStoresTheChosenPicture_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("plain") << u"foto.png"_s;
+#ifdef Q_OS_WIN // where no file has such a mark in its name
+    QTest::newRow("blanks, accents and marks") << u"Mi foto, año 100% «ñ»; a.png"_s;
+#else
     QTest::newRow("blanks, accents and marks") << u"Mi foto, año 100% «ñ»; \"a\".png"_s;
+#endif
 }
 
 void ProfilePictureTest::showsAndStoresTheChosenPicture()

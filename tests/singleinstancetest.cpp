@@ -12,10 +12,10 @@
 #include <QScopeGuard>
 
 #include <algorithm>
-#include <csignal>
-
+#ifndef Q_OS_WIN
 #include <sys/socket.h>
 #include <unistd.h>
+#endif
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -130,6 +130,7 @@ private slots:
         QVERIFY(!QFileInfo::exists(session.socketPath()));
     }
 
+#ifndef Q_OS_WIN
     void aSecondStartGivesUpOnASocketThatDoesNotAnswer()
     {
         Session session(program());
@@ -149,6 +150,7 @@ private slots:
         QVERIFY2(time.elapsed() < 5000, "it must give up after 200 ms");
         QVERIFY(!session.hasBuiltAWindow());
     }
+#endif
 
     void aSecondStartSendsFocusAndHangsUp()
     {

@@ -32,7 +32,8 @@ void storeValue(const QString &application, const QString &key, const QVariant &
 
 void home::reset()
 {
-    QDir folder(QDir::homePath());
+    // Not what Qt makes of it: on Windows that is another folder when this one is missing.
+    QDir folder(qEnvironmentVariable("HOME"));
     folder.removeRecursively();
     QDir().mkpath(folder.path());
     for (const QString &application : {mainStore, themeStore}) {

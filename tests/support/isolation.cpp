@@ -31,7 +31,13 @@ Isolation::Isolation()
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(madeFolder(m_dir, "config"_L1)));
     qputenv("XDG_CONFIG_DIRS", QFile::encodeName(madeFolder(m_dir, "system"_L1)));
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(madeFolder(m_dir, "run"_L1)));
-    qputenv("TMPDIR", QFile::encodeName(madeFolder(m_dir, "tmp"_L1)));
+    const QByteArray temporary = QFile::encodeName(madeFolder(m_dir, "tmp"_L1));
+    qputenv("TMPDIR", temporary);
+#ifdef Q_OS_WIN
+    qputenv("TMP", temporary);
+    // What Qt takes for the home folder when that of the account is missing.
+    qputenv("USERPROFILE", QFile::encodeName(madeFolder(m_dir, "profile"_L1)));
+#endif
     const QString locale = qEnvironmentVariable("NUBARIA_TEST_LOCALE", u"C.UTF-8"_s);
     qputenv("LC_ALL", locale.toLatin1());
     qputenv("LANG", locale.toLatin1());

@@ -3,6 +3,10 @@
 #include <QTcpServer>
 #include <QTemporaryDir>
 
+#ifdef Q_OS_WIN
+#include "support/windows/account.h"
+#endif
+
 /**
  * A home, settings, temporary and runtime folder of the test's own, with a fixed platform, locale and time
  * zone. `NUBARIA_TEST_LOCALE` in the environment asks for another locale than C.
@@ -18,6 +22,9 @@ public:
 
 private:
     QTemporaryDir m_dir;
+#ifdef Q_OS_WIN
+    OtherAccount m_account;
+#endif
 };
 
 /// Sends every request of the process to a proxy that never answers: no network, and no failure to report

@@ -5,6 +5,7 @@
 #include <QTcpServer>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <memory>
 #include <vector>
 
@@ -59,5 +60,9 @@ bool endsWell(QProcess &copy);
 /// Sends the copy a signal that ends it, and waits until it is gone.
 void endBySignal(QProcess &copy, int signal);
 
+#ifdef Q_OS_WIN
+inline constexpr int SIGKILL = 9; // the system's own header does not know it
+#else
 /// A socket with this path as its name, on which nobody listens.
 int boundSocket(const QString &path);
+#endif

@@ -1,5 +1,7 @@
 #include "support/traymessages.h"
 
+#include "support/replaced.h"
+
 #include <QTest>
 
 namespace {
@@ -18,6 +20,7 @@ void QSystemTrayIcon::showMessage(
 {
     recorded().append({title, msg, icon, msecs, isVisible()});
 }
+NUBARIA_REPLACES("_ZN15QSystemTrayIcon11showMessageERK7QStringS2_NS_11MessageIconEi");
 
 void traymessages::clear()
 {
