@@ -4,6 +4,7 @@
 
 #include <QFrame>
 #include <QLabel>
+#include <QPainter>
 #include <QScreen>
 
 #include <algorithm>
@@ -90,6 +91,8 @@ class DropShadowTest : public QObject
 private slots:
     void looksLikeQtsOwnAfterEachChange_data();
     void looksLikeQtsOwnAfterEachChange();
+    void isGrabbedAsItIsAndNotAsItWas();
+    void isDrawnOnAnyPainterAsItIs();
     void paintsOnlyWhatHasChanged();
     void keepsTheShadowWhenOnlyThatIsUncovered();
     void findsHowFarFromTheEdgesAPictureIsOpaque_data();
@@ -149,6 +152,42 @@ void DropShadowTest::looksLikeQtsOwnAfterEachChange()
     QCOMPARE(own.picture().size(), qts.picture().size());
     // Where both widget and shadow can be seen through, the order of composing shows in the rounding.
     QVERIFY(largestDifference(own.picture(), qts.picture()) <= 1);
+}
+
+void DropShadowTest::isGrabbedAsItIsAndNotAsItWas()
+{
+    Scene qts(false);
+    Scene own(true);
+    QVERIFY(QTest::qWaitForWindowExposed(&own.window) && QTest::qWaitForWindowExposed(&qts.window));
+    QCOMPARE(own.window.grab().toImage(), qts.window.grab().toImage());
+
+    for (Scene *scene : {&qts, &own}) {
+        scene->first.setText(u"changed"_s); // and not painted yet
+    }
+
+    QCOMPARE(own.window.grab().toImage(), qts.window.grab().toImage());
+    QCOMPARE(own.panel.grab().toImage(), qts.panel.grab().toImage());
+}
+
+void DropShadowTest::isDrawnOnAnyPainterAsItIs()
+{
+    Scene qts(false);
+    Scene own(true);
+    QVERIFY(QTest::qWaitForWindowExposed(&own.window) && QTest::qWaitForWindowExposed(&qts.window));
+    const auto drawn = [](Scene &scene, QSize size) {
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::gray);
+        QPainter painter(&image);
+        painter.scale(qreal(size.width()) / scene.window.width(), qreal(size.height()) / scene.window.height());
+        scene.window.render(&painter);
+        return image;
+    };
+    for (Scene *scene : {&qts, &own}) {
+        scene->first.setText(u"changed"_s);
+    }
+
+    QCOMPARE(drawn(own, {400, 300}), drawn(qts, {400, 300}));
+    QCOMPARE(drawn(own, {800, 600}), drawn(qts, {800, 600}));
 }
 
 void DropShadowTest::paintsOnlyWhatHasChanged()

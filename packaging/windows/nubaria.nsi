@@ -1,7 +1,7 @@
 ; The installer for one user, without the rights of an administrator. script/package-windows passes VERSION, SIZE (KiB),
 ; MARKER (the running copy's shared memory), ICON, OUTPUT, and LISTS, the folder of the lists of files and of the
 ; picture of the last page.
-; The default stub is 32-bit and needs 32-bit parts of Windows.
+; By default the installer is a 32-bit program, which needs the 32-bit parts of Windows.
 Target amd64-unicode
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
