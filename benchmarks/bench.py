@@ -1,5 +1,6 @@
 #!/usr/bin/env -S python3 -B
-"""Measures Nubaria against the least that a program of its kind can take, and prints one table.
+"""Measures Nubaria against the least that a program of its kind can take, and prints three tables: what a person does,
+what the start is made of, and how the operations grow with the tasks.
 
 Usage: bench.py BUILD [RUNS]   (the folder of a release build with the benchmarks; 9 runs of each unless told otherwise)
 
@@ -30,7 +31,16 @@ URGENCIES = ("Muy baja", "Baja", "Media", "Alta", "Urgente")
 PEERS = ("orage", "osmo")
 STEPS = ("with the form in place of the list", "and its style sheet", "and the shadow of the menu",
          "and the request for the version", "and the file read three times")
-LONGEST = 600  # seconds for one series
+OPERATIONS = {
+    "search": "one key in the search field",
+    "order": "choosing an order",
+    "save": "saving a task",
+    "update": "updating a task",
+    "finish": "finishing a task",
+}
+COUNTS = (1000, 10000, 100000)  # of tasks, to see what grows how
+PROCESSES = 3  # for a series: how the heap lies differs from one to the next
+LONGEST = 600  # seconds for one process
 
 
 class Row(NamedTuple):
@@ -115,8 +125,10 @@ class Bench:
         return [[statistics.median(values) for values in zip(*of_one)] for of_one in zip(*figures)]
 
     def operation(self, name, count):
-        self.keep(count)
-        pairs = self.numbers(self.build / "benchmarks" / "operations", name, str(self.runs))
+        pairs = []
+        for _ in range(PROCESSES):
+            self.keep(count)
+            pairs += self.numbers(self.build / "benchmarks" / "operations", name, str(-(-self.runs // PROCESSES)))
         return [statistics.median(values) for values in zip(*pairs)]
 
     def floor(self, *steps):
@@ -137,14 +149,9 @@ def start_rows(bench):
         yield Row(f"start with 10,000 tasks less the constant, {what}", "ms", floor[place], own[place] - constant, 1.3)
 
 
-def step_rows(bench):
-    names = ["the least", *STEPS, "Nubaria"]
-    programs = [bench.floor(), *(bench.floor(str(step)) for step in range(1, len(STEPS) + 1)), bench.nubaria()]
-    figures = bench.starts(programs, 1000, settle=3)
-    for place, what, unit in ((1, "processor time", "ms"), (2, "memory", "MB")):
-        for name, own in zip(names, figures):
-            yield Row(f"{what} of the start with 1,000 tasks: {name}", unit, figures[0][place], own[place])
-    yield Row("memory 3 s after the window, 1,000 tasks", "MB", figures[0][2], figures[-1][2], 1.4)
+def memory_rows(bench):
+    floor, own = bench.starts([bench.floor(), bench.nubaria()], 1000, settle=3)
+    yield Row("memory 3 s after the window, 1,000 tasks", "MB", floor[2], own[2], 1.4)
 
 
 def peer_rows(bench):
@@ -154,17 +161,47 @@ def peer_rows(bench):
         yield Row(f"start, Nubaria after {peer}, wall time", "ms", other[0], figures[0][0], 1)
 
 
-def operation_rows(bench):
-    for count in (1000, 10000, 100000):
-        yield Row(f"one key in the search field, {count:,} tasks", "ms", *bench.operation("search", count), 1.25)
-    for name, what in (("order", "choosing an order"), ("save", "saving a task"), ("update", "updating a task"),
-                       ("finish", "finishing a task")):
-        yield Row(f"{what}, 10,000 tasks", "ms", *bench.operation(name, 10000), 1.25)
+def operation_rows(bench, figures):
+    for name, what in OPERATIONS.items():
+        for count in COUNTS if name == "search" else (10000,):
+            yield Row(f"{what}, {count:,} tasks", "ms", *figures[name, count], 1.25)
+    yield Row("one key in the search field, 1,000 tasks, against the same and its rows painted", "ms",
+              *bench.operation("search-painted", 1000))
     key = bench.operation("title-key", 20)
     yield Row("one key in the title, against no shadow", "ms", *key, 3)
     yield Row("one key in the title", "ms", *key, 4, absolute=True)
     yield Row("another palette, against the plain pass", "ms", *bench.operation("theme", 20), 0.5)
     yield Row("the longest frame of the panel's slide, against the mean", "ms", *bench.operation("panel", 1000), 16, absolute=True)
+
+
+def step_lines(bench):
+    """What the start is made of: wall time, processor time and memory with each step, without tasks and with 1,000."""
+    names = ["the least", *STEPS, "Nubaria"]
+    programs = [bench.floor(), *(bench.floor(str(step)) for step in range(1, len(STEPS) + 1)), bench.nubaria()]
+    none, many = (bench.starts(programs, count, settle=3) for count in (0, 1000))
+    yield "| The start | Wall time, 0 tasks | Processor time, 0 tasks | Wall time, 1,000 | Processor time, 1,000 | Memory, 1,000 |"
+    yield "|---|---|---|---|---|---|"
+    for name, few, full in zip(names, none, many):
+        yield f"| {name} | {few[0]:.1f} ms | {few[1]:.1f} ms | {full[0]:.1f} ms | {full[1]:.1f} ms | {full[2]:.1f} MB |"
+
+
+def growth_lines(bench, figures):
+    """What a thousand tasks more cost, between the smaller and between the larger numbers of tasks."""
+    starts = {count: bench.starts([bench.floor(), bench.nubaria()], count) for count in COUNTS}
+    figures = figures | {("start", count): [program[1] for program in both] for count, both in starts.items()}
+    small, middle, large = COUNTS
+    yield f"| Processor time | {small:,} | {middle:,} | {large:,} | per 1,000 to {middle:,} | per 1,000 to {large:,} | the floor's |"
+    yield "|---|---|---|---|---|---|---|"
+    for name, what in {"start": "start", **OPERATIONS}.items():
+        floor, own = zip(*(figures[name, count] for count in COUNTS))
+
+        def slopes(times):
+            return [1000 * (times[i + 1] - times[i]) / (COUNTS[i + 1] - COUNTS[i]) for i in (0, 1)]
+
+        first, second = slopes(own)
+        least = " and ".join(f"{slope:.2f} ms" for slope in slopes(floor))
+        times = " | ".join(f"{time:.1f} ms" for time in own)
+        yield f"| {what} | {times} | {first:.2f} ms | {second:.2f} ms | {least} |"
 
 
 def size_rows(bench):
@@ -183,10 +220,16 @@ def main():
         return 2
     try:
         with Bench(Path(sys.argv[1]).resolve(), int(sys.argv[2]) if len(sys.argv) == 3 else 9) as bench:
+            figures = {(name, count): bench.operation(name, count) for name in OPERATIONS for count in COUNTS}
             print("| What a person does | Floor | Nubaria | Ratio | Goal | Reached |\n|---|---|---|---|---|---|")
-            for rows in (start_rows, step_rows, peer_rows, operation_rows, size_rows):
-                for row in rows(bench):
+            for rows in (start_rows(bench), memory_rows(bench), peer_rows(bench), operation_rows(bench, figures),
+                         size_rows(bench)):
+                for row in rows:
                     print(row.line(), flush=True)
+            for lines in (step_lines(bench), growth_lines(bench, figures)):
+                print()
+                for line in lines:
+                    print(line, flush=True)
     except (Failure, subprocess.TimeoutExpired) as failure:
         print(f"bench: {failure}", file=sys.stderr)
         return 1

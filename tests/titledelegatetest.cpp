@@ -53,6 +53,7 @@ private slots:
     void laysRowsOutAsQtDoes();
     void measuresOrdinaryTitlesOnce();
     void followsTheFontAndTheWidthOfTheView();
+    void measuresAsQtDoesOutsideOfAList();
 };
 
 void TitleDelegateTest::laysRowsOutAsQtDoes_data()
@@ -115,7 +116,6 @@ void TitleDelegateTest::followsTheFontAndTheWidthOfTheView()
         font.setPointSize(22);
         list->view.setFont(font);
     }
-    QVERIFY(qts.view.horizontalScrollBar()->maximum() > 0 || !rows(qts).isEmpty());
     QCOMPARE(rows(own), rows(qts));
     QCOMPARE(own.view.horizontalScrollBar()->maximum(), qts.view.horizontalScrollBar()->maximum());
 
@@ -126,6 +126,21 @@ void TitleDelegateTest::followsTheFontAndTheWidthOfTheView()
     QCOMPARE(rows(own), rows(qts));
     QVERIFY(qts.view.horizontalScrollBar()->maximum() > 0);
     QCOMPARE(own.view.horizontalScrollBar()->maximum(), qts.view.horizontalScrollBar()->maximum());
+}
+
+void TitleDelegateTest::measuresAsQtDoesOutsideOfAList()
+{
+    const TitleList list({u"uno"_s}, true);
+    const QModelIndex index = list.model.index(0, 0);
+    const TitleDelegate own(nullptr);
+    const QStyledItemDelegate qts;
+    QVERIFY(list.hint(0).isValid());
+
+    QCOMPARE(own.sizeHint(QStyleOptionViewItem(), index), qts.sizeHint(QStyleOptionViewItem(), index));
+    // And a delegate that has measured a list before forgets what it measured.
+    QStyleOptionViewItem option;
+    const auto *of = list.view.itemDelegate();
+    QCOMPARE(of->sizeHint(option, index), qts.sizeHint(option, index));
 }
 
 NUBARIA_TEST_MAIN(TitleDelegateTest)
