@@ -76,9 +76,7 @@ class Story:
 
     def the_window_appears(self):
         self.nubaria.start()
-        size = geometry(self.nubaria.window)[2:]
-        if size != (1250, 700):
-            raise Failure(f"the window is {size[0]} by {size[1]}")
+        self.nubaria.expect_size()
         self.nubaria.wait_for_rows(0)
 
     def a_task_is_added(self):

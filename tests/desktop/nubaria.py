@@ -206,6 +206,11 @@ class Nubaria:
         """What the list looks like, to tell whether it has changed."""
         return signature(self.corner[0] + LIST[0], self.corner[1] + LIST[1], *LIST[2:])
 
+    def expect_size(self):
+        size = geometry(self.window)[2:]
+        if size != (1250, 700):
+            raise Failure(f"the window is {size[0]} by {size[1]}")
+
     def wait_for_rows(self, count):
         if count > 0:
             self.wait_for_colour((ROWS_LEFT, row_middle(count - 1)), ROW_BORDER, f"{count} rows")

@@ -11,7 +11,7 @@ import re
 import sys
 import time
 
-from desktop import Failure, geometry, press, run, wait_for
+from desktop import Failure, press, run, wait_for
 from nubaria import CATEGORIES, ORDER, ORDERS, PANEL_CATEGORY, PANEL_TITLE, SEARCH
 from telling import between, perform
 
@@ -44,9 +44,7 @@ class Story:
 
     def the_window_appears(self):
         self.nubaria.start()
-        size = geometry(self.nubaria.window)[2:]
-        if size != (1250, 700):
-            raise Failure(f"the window is {size[0]} by {size[1]}")
+        self.nubaria.expect_size()
         self.nubaria.wait_for_rows(0)
 
     def a_task_is_written(self):
