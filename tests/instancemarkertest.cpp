@@ -3,12 +3,18 @@
 #include "support/testmain.h"
 
 #include <QFile>
+#include <QLockFile>
 #include <QScopeGuard>
+#include <QSemaphore>
 #include <QSharedMemory>
+#include <QThread>
 
 #ifndef Q_OS_WIN
+#include <atomic>
 #include <dlfcn.h>
+#include <memory>
 #include <sys/shm.h>
+#include <thread>
 #endif
 
 using namespace Qt::Literals::StringLiterals;
@@ -17,6 +23,32 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 key_t keyOfEveryFile = -1; // negative: each has its own
+
+/// Another copy that is about to take or leave its marker.
+class BusyCopy final
+{
+    Q_DISABLE_COPY_MOVE(BusyCopy)
+public:
+    BusyCopy() { m_locked.acquire(); }
+    ~BusyCopy() { m_thread.join(); }
+    bool isDone() const { return m_done; }
+
+private:
+    void work()
+    {
+        QLockFile lock(QDir::tempPath() + "/Quenoli.lock"_L1);
+        if (!lock.lock()) {
+            qFatal("the lock cannot be had");
+        }
+        m_locked.release();
+        QThread::msleep(200); // for the test to run into the lock
+        m_done = true;
+    }
+
+    QSemaphore m_locked;
+    std::atomic<bool> m_done = false;
+    std::thread m_thread{&BusyCopy::work, this};
+};
 
 } // namespace
 
@@ -107,6 +139,17 @@ private slots:
     }
 
 #ifndef Q_OS_WIN
+    void theMarkerIsTakenAndLeftOneCopyAfterTheOther()
+    {
+        const BusyCopy starting;
+        auto checker = std::make_unique<SingleInstanceChecker>();
+        QVERIFY(starting.isDone());
+
+        const BusyCopy ending;
+        checker.reset();
+        QVERIFY(ending.isDone());
+    }
+
     void aMarkerThatIsLeftWithoutItsFileIsNoOtherCopy()
     {
         keyOfEveryFile = static_cast<key_t>(0x4e750000 | (QCoreApplication::applicationPid() & 0xffff));
