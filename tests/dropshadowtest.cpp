@@ -228,7 +228,10 @@ void DropShadowTest::findsHowFarFromTheEdgesAPictureIsOpaque_data()
     QTest::newRow("a corner") << QRect(0, 0, 1, 1) << 1;
     QTest::newRow("a rounded corner") << QRect(0, 0, 4, 3) << 3;
     QTest::newRow("the last row") << QRect(0, 19, 30, 1) << 1;
+    QTest::newRow("the first columns") << QRect(0, 0, 2, 20) << 2;
     QTest::newRow("the last column") << QRect(28, 0, 2, 20) << 2;
+    QTest::newRow("two pixels at the left edge") << QRect(0, 9, 2, 1) << 2;
+    QTest::newRow("two pixels at the right edge") << QRect(28, 9, 2, 1) << 2;
     QTest::newRow("all") << QRect(0, 0, 30, 20) << 10;
     QTest::newRow("the middle") << QRect(15, 9, 1, 1) << 10;
 }

@@ -139,6 +139,7 @@ private slots:
     void refusesAPictureThatClaimsMoreThanItsFileHolds_data();
     void refusesAPictureThatClaimsMoreThanItsFileHolds();
     void loadsAPictureWithTexts();
+    void loadsAPictureThatLacksItsLastChecksum();
 };
 
 void HostilePictureTest::init()
@@ -224,7 +225,7 @@ void HostilePictureTest::refusesAPictureThatClaimsMoreThanItsFileHolds_data()
     const QByteArray sound = blackPng(1, 1, 8);
     const qsizetype pixels = sound.indexOf("IDAT") - 4;
     const qsizetype end = sound.indexOf("IEND") - 4;
-    for (const char *type : {"tEXt", "zTXt", "iTXt"}) {
+    for (const char *type : {"tEXt", "zTXt", "iTXt", "IDAT"}) {
         const QByteArray claim = bigEndian(0x7ffffff0) + type;
         QTest::addRow("%s before the pixels", type) << sound.first(pixels) + claim;
         QTest::addRow("%s after the pixels", type) << sound.first(end) + claim + sound.mid(end);
@@ -251,6 +252,14 @@ void HostilePictureTest::loadsAPictureWithTexts()
         pngChunk("zTXt", "Comment" + QByteArray(2, '\0') + qCompress("x").mid(4)));
 
     QVERIFY(!circularPicture(writeFile(picture), labelSize).isNull());
+}
+
+void HostilePictureTest::loadsAPictureThatLacksItsLastChecksum()
+{
+    const QByteArray sound = blackPng(1, 1, 8);
+
+    QVERIFY(!circularPicture(writeFile(sound.chopped(4)), labelSize).isNull());
+    QVERIFY(circularPicture(writeFile(sound.chopped(5)), labelSize).isNull());
 }
 
 NUBARIA_TEST_MAIN(HostilePictureTest)
