@@ -148,7 +148,7 @@ constexpr std::array<Colors, themeCount> themeColors = {
 QList<ColorReplacement> replacementsOfTheme(std::size_t theme)
 {
     QList<ColorReplacement> replacements;
-    for (std::size_t i = 0; theme > 0 && i < colorCount; ++i) {
+    for (std::size_t i = 0; i < colorCount; ++i) {
         replacements.append({formColors.at(i), themeColors.at(theme).at(i)});
     }
     return replacements;
@@ -160,13 +160,13 @@ QList<ColorReplacement> themeReplacements(int index)
 {
     static const auto table = [] {
         std::array<QList<ColorReplacement>, themeCount> lists;
-        for (std::size_t theme = 0; theme < themeCount; ++theme) {
+        for (std::size_t theme = 1; theme < themeCount; ++theme) {
             lists.at(theme) = replacementsOfTheme(theme);
         }
         return lists;
     }();
-    const auto theme = static_cast<std::size_t>(index);
-    return index >= 0 && theme < themeCount ? table.at(theme) : QList<ColorReplacement>();
+    const auto theme = static_cast<std::size_t>(index); // larger than any other, of an index below 0
+    return theme < themeCount ? table.at(theme) : QList<ColorReplacement>();
 }
 
 QString recolored(QString sheet, const QList<ColorReplacement> &replacements)
