@@ -24,6 +24,8 @@ Paints::Paints(QWidget *widget)
 void Paints::await()
 {
     const QDeadlineTimer patience(std::chrono::seconds(60));
+    QTimer look; // at the patience, when nothing happens
+    look.start(std::chrono::seconds(1));
     while (!m_seen) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         if (patience.hasExpired()) {

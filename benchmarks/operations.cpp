@@ -168,6 +168,8 @@ public:
 
     void theme()
     {
+        auto *chooser = widget<QComboBox>(m_window, "ChangeColorTheme");
+        chooser->setCurrentIndex(0); // whatever an earlier run has stored
         // The sheets as the form sets them.
         std::map<QWidget *, QString> sheets;
         const auto widgets = m_window.findChildren<QWidget *>();
@@ -177,7 +179,6 @@ public:
             }
         }
         sheets.erase(&m_window);
-        auto *chooser = widget<QComboBox>(m_window, "ChangeColorTheme");
         click(m_window, "SettingsViewButton");
         settle();
         int index = 0;
