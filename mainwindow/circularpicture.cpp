@@ -9,8 +9,8 @@
 
 namespace {
 
-/// Whether a PNG file claims no more than it holds; true for any other file. libpng takes memory for a text as
-/// soon as it knows the claimed length, so that a file of 41 bytes can cost 2 GB.
+/// Whether a PNG file claims no more than it holds; true for any other file. libpng takes memory for a text
+/// as soon as it knows the claimed length, so that a file of 41 bytes can cost 2 GB.
 bool holdsWhatItClaims(const QString &path)
 {
     QFile file(path);
