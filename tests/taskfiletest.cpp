@@ -10,17 +10,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-QJsonObject completeRecord()
-{
-    return {{u"id"_s, u"{0b1c}"_s}, {u"title"_s, u"Pagar la luz"_s},
-        {u"description"_s, u"Recibo en el cajón"_s}, {u"category"_s, u"Personal"_s},
-        {u"dateLimit"_s, u"05-03-2026"_s}, {u"urgency"_s, u"Muy baja"_s}};
-}
-
-} // namespace
-
 class TaskFileTest final : public QObject
 {
     Q_OBJECT
@@ -61,7 +50,7 @@ void TaskFileTest::standsInTheHomeDirectory()
 
 void TaskFileTest::isSoughtAnewAtEachAccess()
 {
-    home::writeTasks({completeRecord()});
+    home::writeTasks({home::completeRecord()});
     QCOMPARE(readTaskFile().tasks.size(), 1);
     const QTemporaryDir otherHome;
     QVERIFY(otherHome.isValid());
@@ -81,14 +70,14 @@ void TaskFileTest::makesNoFolder()
 {
     QVERIFY(QDir(QDir::homePath()).removeRecursively());
 
-    QCOMPARE(writeTaskFile({completeRecord()}), u"No such file or directory"_s);
+    QCOMPARE(writeTaskFile({home::completeRecord()}), u"No such file or directory"_s);
 
     QVERIFY(!QFile::exists(QDir::homePath()));
 }
 
 void TaskFileTest::writesAnIndentedArray()
 {
-    QVERIFY(!writeTaskFile({completeRecord()}));
+    QVERIFY(!writeTaskFile({home::completeRecord()}));
 
     QCOMPARE(home::bytes(),
         QByteArray("[\n"
@@ -133,7 +122,7 @@ void TaskFileTest::aFileThatCannotBeOpenedForWritingKeepsItsContent()
     home::writeBytes(R"([ {"id": "{a}"} ])");
     const FailingOpen failing(O_WRONLY);
 
-    QCOMPARE(writeTaskFile({completeRecord()}), u"Permission denied"_s);
+    QCOMPARE(writeTaskFile({home::completeRecord()}), u"Permission denied"_s);
 
     QCOMPARE(home::bytes(), QByteArray(R"([ {"id": "{a}"} ])"));
 }
@@ -158,7 +147,7 @@ void TaskFileTest::saysWhyAFileCannotBeMade()
 void TaskFileTest::readsWhatWasWritten()
 {
     const QJsonArray tasks{
-        completeRecord(), home::record(u"{b}"_s, u"Ñandú «entre comillas»\nen dos líneas"_s)};
+        home::completeRecord(), home::record(u"{b}"_s, u"Ñandú «entre comillas»\nen dos líneas"_s)};
     QVERIFY(!writeTaskFile(tasks));
 
     const TaskFileContents contents = readTaskFile();
@@ -222,16 +211,16 @@ void TaskFileTest::openingForReadingAndWritingMakesAMissingFile()
 
 void TaskFileTest::openingForReadingAndWritingNeedsBoth()
 {
-    home::writeTasks({completeRecord()});
+    home::writeTasks({home::completeRecord()});
     const FailingOpen failing(O_RDWR);
 
     QCOMPARE(readTaskFile(QIODevice::ReadWrite).error, u"Permission denied"_s);
-    QCOMPARE(readTaskFile().tasks, QJsonArray{completeRecord()});
+    QCOMPARE(readTaskFile().tasks, QJsonArray{home::completeRecord()});
 }
 
 void TaskFileTest::saysWhyAFileCannotBeRead()
 {
-    home::writeTasks({completeRecord()});
+    home::writeTasks({home::completeRecord()});
     const FailingOpen failing(O_RDONLY);
 
     const TaskFileContents contents = readTaskFile();

@@ -19,13 +19,6 @@ Task completeTask()
         .urgency = u"Muy baja"_s};
 }
 
-QJsonObject completeRecord()
-{
-    return {{u"id"_s, u"{0b1c}"_s}, {u"title"_s, u"Pagar la luz"_s},
-        {u"description"_s, u"Recibo en el cajón"_s}, {u"category"_s, u"Personal"_s},
-        {u"dateLimit"_s, u"05-03-2026"_s}, {u"urgency"_s, u"Muy baja"_s}};
-}
-
 } // namespace
 
 class TaskRecordTest final : public QObject
@@ -50,13 +43,13 @@ private slots:
 
 void TaskRecordTest::aRecordHoldsSixTexts()
 {
-    QCOMPARE(taskToJson(completeTask()), completeRecord());
+    QCOMPARE(taskToJson(completeTask()), home::completeRecord());
     QCOMPARE(taskToJson(Task()).size(), 6);
 }
 
 void TaskRecordTest::aTaskIsReadFromTheSixTexts()
 {
-    QJsonObject record = completeRecord();
+    QJsonObject record = home::completeRecord();
     record[u"notes"_s] = 3;
 
     QVERIFY(taskFromJson(record) == completeTask());
@@ -77,7 +70,7 @@ void TaskRecordTest::whatIsNoTextReadsAsEmpty()
 {
     QFETCH(QJsonValue, value);
     QJsonObject record;
-    const QStringList keys = completeRecord().keys();
+    const QStringList keys = home::completeRecord().keys();
     for (const QString &key : keys) {
         record.insert(key, value);
     }
@@ -95,7 +88,7 @@ void TaskRecordTest::anElementThatIsNoObjectReadsAsAnEmptyTask_data()
     QTest::newRow("null") << QJsonValue();
     QTest::newRow("text") << QJsonValue(u"Pagar la luz"_s);
     QTest::newRow("number") << QJsonValue(7);
-    QTest::newRow("array of a record") << QJsonValue(QJsonArray{completeRecord()});
+    QTest::newRow("array of a record") << QJsonValue(QJsonArray{home::completeRecord()});
 }
 
 void TaskRecordTest::anElementThatIsNoObjectReadsAsAnEmptyTask()
@@ -108,10 +101,10 @@ void TaskRecordTest::anElementThatIsNoObjectReadsAsAnEmptyTask()
 
 void TaskRecordTest::readsSingleTextsOfARecord()
 {
-    QCOMPARE(taskId(completeRecord()), u"{0b1c}"_s);
-    QCOMPARE(taskTitle(completeRecord()), u"Pagar la luz"_s);
-    QCOMPARE(taskUrgency(completeRecord()), u"Muy baja"_s);
-    QCOMPARE(taskDateLimit(completeRecord()), u"05-03-2026"_s);
+    QCOMPARE(taskId(home::completeRecord()), u"{0b1c}"_s);
+    QCOMPARE(taskTitle(home::completeRecord()), u"Pagar la luz"_s);
+    QCOMPARE(taskUrgency(home::completeRecord()), u"Muy baja"_s);
+    QCOMPARE(taskDateLimit(home::completeRecord()), u"05-03-2026"_s);
 }
 
 void TaskRecordTest::newIdsAreBracedUuidsInLowerCase()

@@ -85,6 +85,13 @@ QJsonArray home::tasks()
     return QJsonDocument::fromJson(bytes()).array();
 }
 
+QJsonObject home::completeRecord()
+{
+    return {{u"id"_s, u"{0b1c}"_s}, {u"title"_s, u"Pagar la luz"_s},
+        {u"description"_s, u"Recibo en el cajón"_s}, {u"category"_s, u"Personal"_s},
+        {u"dateLimit"_s, u"05-03-2026"_s}, {u"urgency"_s, u"Muy baja"_s}};
+}
+
 QJsonObject home::record(const QString &id, const QString &title)
 {
     return {{u"id"_s, id}, {u"title"_s, title}, {u"description"_s, u"Descripción de "_s + title},

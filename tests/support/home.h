@@ -28,6 +28,8 @@ QJsonArray tasks();
 
 /// A complete record; what matters to a case is changed afterwards.
 QJsonObject record(const QString &id, const QString &title);
+/// A record in which every text is another, with accents, for cases that compare it whole.
+QJsonObject completeRecord();
 
 /// A stored preference, read afresh from disk; invalid when absent.
 QVariant preference(const QString &key);
