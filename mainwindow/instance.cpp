@@ -34,7 +34,11 @@ void MainWindow::restoreWindow()
         showNormal();
     }
     raise();
-    activateWindow();
+    // Qt asks the window manager even for what the window has, and waits: under a flood of connections the
+    // whole desktop would stand still.
+    if (!isActiveWindow()) {
+        activateWindow();
+    }
 }
 
 void MainWindow::flashTaskbarIcon()

@@ -68,16 +68,16 @@ class Crowd:
             crowd.append(self.start())
             if chance.random() < 0.1:
                 chance.choice(crowd).kill()
-        wait_for(lambda: self.windows() is not None and self.living(crowd) <= 1, "all but one to end")
-        survivor = [process for process in crowd if process.poll() is None]
-        if survivor:
-            wait_for(lambda: self.windows() == {survivor[0].pid}, "the window of the one that is left")
+        survivor = []
+
+        def settled():
+            windows = self.windows()
+            survivor[:] = [process for process in crowd if process.poll() is None]
+            return not survivor or (len(survivor) == 1 and windows == {survivor[0].pid})
+
+        wait_for(settled, "all but one to end, and its window")
         self.end(survivor, chance.choice((signal.SIGKILL, signal.SIGTERM)))
         return bool(survivor)
-
-    @staticmethod
-    def living(crowd):
-        return sum(process.poll() is None for process in crowd)
 
     def start_alone(self):
         """What has to work after any end of any copy: a start that stays and shows its window."""
@@ -209,19 +209,23 @@ def squatted(program, desktop):
             place.rmdir() if kind == "directory" else place.unlink()
 
 
+def state(path):
+    """What a change of the file or folder would change, and looking at it does not."""
+    found = path.stat()
+    return found.st_ino, found.st_mode, found.st_uid, found.st_size, found.st_mtime_ns, found.st_ctime_ns
+
+
 def squat(crowd, place, what):
-    before = place.stat()
+    before = state(place)
     begin = time.monotonic()
     process = crowd.start_alone()
     took = time.monotonic() - begin
     second = crowd.start()
     wait_for(lambda: second.poll() is not None, f"the end of a second start while {what}")
     crowd.windows()
-    if place.stat() != before:
-        raise Failure(f"something was done to what stands there: {what}")
     crowd.end([process], signal.SIGTERM)
-    if not place.exists():
-        raise Failure(f"removed: {what}")
+    if not place.exists() or state(place) != before:
+        raise Failure(f"something was done to what stands there: {what}")
     print(f"{what}: window after {took:.1f} s, one copy, left alone", flush=True)
 
 
