@@ -118,6 +118,11 @@ void DropShadowTest::looksLikeQtsOwnAfterEachChange_data()
     });
     QTest::newRow("a larger panel") << Change([](Scene &s) { s.panel.resize(220, 200); });
     QTest::newRow("a smaller panel") << Change([](Scene &s) { s.panel.resize(150, 100); });
+    QTest::newRow("a smaller panel with square corners") << Change([](Scene &s) {
+        s.panel.setStyleSheet(u"QFrame#panel { background-color: white; }"_s);
+        QCoreApplication::processEvents(); // opaque up to its edges, where the smaller one has its shadow
+        s.panel.resize(150, 120);
+    });
     QTest::newRow("a moved panel") << Change([](Scene &s) { s.panel.move(30, 90); });
     QTest::newRow("a panel that can be seen through") << Change([](Scene &s) {
         s.panel.setStyleSheet(

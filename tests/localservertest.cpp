@@ -103,8 +103,15 @@ private slots:
         QTRY_VERIFY(window.isActiveWindow());
     }
 
+    void keepsNoMoreThanAMessageOfAFlood_data()
+    {
+        QTest::addColumn<int>("bytes");
+        QTest::newRow("a byte more") << 1025;
+        QTest::newRow("a flood") << (1 << 20);
+    }
     void keepsNoMoreThanAMessageOfAFlood()
     {
+        QFETCH(int, bytes);
         const MainWindow window;
         QLocalSocket client;
         client.connectToServer(u"QuenoliIPC"_s);
@@ -112,7 +119,7 @@ private slots:
         const auto *socket = serverOf(window).findChildren<QLocalSocket *>().constFirst();
         QSignalSpy arrived(socket, &QLocalSocket::readyRead);
 
-        client.write(QByteArray(1 << 20, 'x'));
+        client.write(QByteArray(bytes, 'x'));
 
         QTRY_COMPARE(client.bytesToWrite(), 0);
         QTRY_VERIFY(arrived.count() > 0);
