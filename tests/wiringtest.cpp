@@ -6,6 +6,7 @@
 #include "support/traymessages.h"
 #include "support/window.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QFileDialog>
@@ -100,6 +101,29 @@ private slots:
 
         QCOMPARE(widget<QLabel>(window, "LabelDayTxt")->text(), u"¡Hola, Invitado(a)!"_s);
         QCOMPARE(home::preference(u"displayMessageIndex"_s).toInt(), 2);
+    }
+
+    void storesAPreferenceWhenItsBoxIsClicked_data()
+    {
+        QTest::addColumn<QString>("box");
+        QTest::addColumn<QString>("key");
+        QTest::newRow("general notices") << u"SimpleNotify"_s << u"simpleNotify"_s;
+        QTest::newRow("reminders") << u"AdvancedNotify"_s << u"advancedNotify"_s;
+        QTest::newRow("closing") << u"changeClose"_s << u"changeClose"_s;
+    }
+    void storesAPreferenceWhenItsBoxIsClicked()
+    {
+        QFETCH(QString, box);
+        QFETCH(QString, key);
+        const MainWindow window;
+        auto *checkBox = widget<QCheckBox>(window, qPrintable(box));
+        const bool before = checkBox->isChecked();
+
+        checkBox->click();
+        QCOMPARE(home::preference(key).toString(), QVariant(!before).toString());
+
+        checkBox->click();
+        QCOMPARE(home::preference(key).toString(), QVariant(before).toString());
     }
 
     void ordersTheListOnceForEachChosenOrder()
