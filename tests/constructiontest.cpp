@@ -1,3 +1,4 @@
+#include "mainwindow/titledelegate.h"
 #include "support/home.h"
 #include "support/testmain.h"
 #include "support/traymessages.h"
@@ -8,6 +9,7 @@
 #include <QGraphicsDropShadowEffect>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMenu>
 #include <QNetworkProxy>
 #include <QPushButton>
@@ -95,6 +97,15 @@ private slots:
         const auto *model = window.findChild<QStringListModel *>(QString(), Qt::FindDirectChildrenOnly);
         QVERIFY(model);
         QCOMPARE(widget<QListView>(window, "TaskListView")->model(), model);
+    }
+
+    void measuresTheTitlesOfTheListByItsOwnDelegate()
+    {
+        const MainWindow window;
+
+        const QAbstractItemDelegate *delegate = widget<QListView>(window, "TaskListView")->itemDelegate();
+
+        QVERIFY(dynamic_cast<const TitleDelegate *>(delegate));
     }
 
     void offersSevenColourThemes()
