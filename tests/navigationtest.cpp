@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include <memory>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -41,6 +42,32 @@ QStringList shownPages(const MainWindow &window)
     }
     return shown;
 }
+
+/// Notes, when a page is hidden, whether another one is shown.
+class PageChange final : public QObject
+{
+    Q_DISABLE_COPY_MOVE(PageChange)
+public:
+    PageChange(QWidget *former, const QWidget *next)
+        : m_next(next)
+    {
+        former->installEventFilter(this);
+    }
+    ~PageChange() override = default;
+
+    std::optional<bool> nextWasShown;
+
+private:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Hide) {
+            nextWasShown = m_next->isVisible();
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+    const QWidget *m_next;
+};
 
 } // namespace
 
@@ -85,6 +112,17 @@ private slots:
             QCOMPARE(checkedButtons(window), QStringList(button));
             QCOMPARE(shownPages(window), QStringList(page));
         }
+    }
+
+    void showsAPageBeforeItHidesTheFormer()
+    {
+        MainWindow window;
+        window.show();
+        const PageChange change(widget(window, "TasksPage"), widget(window, "PatchPage"));
+
+        callSlot(window, "onPatchNoticesViewButtonClicked");
+
+        QCOMPARE(change.nextWasShown, std::optional(true));
     }
 
     void resetsTheSelectionThenTheButtonsInOrder()
