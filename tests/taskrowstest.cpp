@@ -47,6 +47,7 @@ private slots:
     void titlesAreOrderedByCodeUnits();
     void idsFollowTheirTitles();
     void tasksOfOneTitleKeepTheirOwnIds();
+    void manyTasksOfOneTitleAllStay();
 
     void ranksUrgencies_data();
     void ranksUrgencies();
@@ -133,6 +134,21 @@ void TaskRowsTest::tasksOfOneTitleKeepTheirOwnIds()
     // Equal titles come in no particular order.
     std::sort(rows.ids.begin() + 1, rows.ids.end());
     QCOMPARE(rows.ids, (QStringList{u"{2}"_s, u"{1}"_s, u"{3}"_s}));
+}
+
+void TaskRowsTest::manyTasksOfOneTitleAllStay()
+{
+    QJsonArray tasks;
+    QStringList ids;
+    for (int number = 0; number < 1000; ++number) {
+        ids.append(u"{%1}"_s.arg(number, 3, 10, QLatin1Char('0')));
+        tasks.append(task(ids.constLast(), u"Pagar"_s));
+    }
+
+    TaskRows rows = rowsInOrder(tasks, TaskOrder::Title);
+
+    std::sort(rows.ids.begin(), rows.ids.end());
+    QCOMPARE(rows.ids, ids);
 }
 
 void TaskRowsTest::ranksUrgencies_data()
