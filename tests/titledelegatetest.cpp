@@ -51,6 +51,7 @@ class TitleDelegateTest : public QObject
 private slots:
     void laysRowsOutAsQtDoes_data();
     void laysRowsOutAsQtDoes();
+    void findsTheSameTitlesTooLongAsQtDoes();
     void measuresOrdinaryTitlesOnce();
     void followsTheFontAndTheWidthOfTheView();
     void measuresAsQtDoesOutsideOfAList();
@@ -62,6 +63,7 @@ void TitleDelegateTest::laysRowsOutAsQtDoes_data()
     QTest::newRow("ordinary") << u"Comprar pan"_s;
     QTest::newRow("accents") << u"¿Año, señal, pingüino, ÁÉÍÓÚ?"_s;
     QTest::newRow("empty") << QString();
+    QTest::newRow("the first letter behind Latin-1") << u"\u0100"_s;
     QTest::newRow("a space") << u" "_s;
     QTest::newRow("just fits") << u"n"_s.repeated(50);
     QTest::newRow("just too long") << u"W"_s.repeated(45);
@@ -92,6 +94,22 @@ void TitleDelegateTest::laysRowsOutAsQtDoes()
         QCOMPARE(own.view.horizontalScrollBar()->maximum(), qts.view.horizontalScrollBar()->maximum());
         QCOMPARE(own.view.verticalScrollBar()->maximum(), qts.view.verticalScrollBar()->maximum());
     }
+}
+
+void TitleDelegateTest::findsTheSameTitlesTooLongAsQtDoes()
+{
+    TitleList qts({u"n"_s}, false);
+    TitleList own({u"n"_s}, true);
+    QVERIFY(QTest::qWaitForWindowExposed(&own.view));
+    for (qsizetype length = 30; length <= 80; ++length) {
+        for (TitleList *list : {&qts, &own}) {
+            list->model.setStringList({u"uno"_s, u"n"_s.repeated(length)});
+        }
+
+        QCOMPARE(rows(own), rows(qts));
+        QCOMPARE(own.view.horizontalScrollBar()->maximum(), qts.view.horizontalScrollBar()->maximum());
+    }
+    QVERIFY(qts.view.horizontalScrollBar()->maximum() > 0);
 }
 
 void TitleDelegateTest::measuresOrdinaryTitlesOnce()
@@ -130,13 +148,15 @@ void TitleDelegateTest::followsTheFontAndTheWidthOfTheView()
 
 void TitleDelegateTest::measuresAsQtDoesOutsideOfAList()
 {
-    const TitleList list({u"uno"_s}, true);
+    const TitleList list({u"uno"_s, QString()}, true);
     const QModelIndex index = list.model.index(0, 0);
+    const QModelIndex empty = list.model.index(1, 0);
     const TitleDelegate own(nullptr);
     const QStyledItemDelegate qts;
     QVERIFY(list.hint(0).isValid());
 
     QCOMPARE(own.sizeHint(QStyleOptionViewItem(), index), qts.sizeHint(QStyleOptionViewItem(), index));
+    QCOMPARE(own.sizeHint(QStyleOptionViewItem(), empty), qts.sizeHint(QStyleOptionViewItem(), empty));
     // And a delegate that has measured a list before forgets what it measured.
     QStyleOptionViewItem option;
     const auto *of = list.view.itemDelegate();
