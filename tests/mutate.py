@@ -223,7 +223,7 @@ class Trial:
         self.lock = threading.Lock()
 
     def order(self, mutant):
-        """The tests concerned: those first that noticed most in this file, then those named like it, then the quick ones.
+        """The tests concerned: first those that noticed most in this file, then those named like it, then quick ones.
 
         A statement over several lines counts as run where it begins or ends. Of app/ nothing is counted, and of data
         neither: that concerns all tests that run something of the file.
