@@ -1,4 +1,5 @@
 #include "app/singleinstancechecker.h"
+#include "mainwindow/instance.h"
 #include "mainwindow/mainwindow.h"
 
 #include <QApplication>

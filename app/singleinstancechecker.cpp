@@ -1,11 +1,19 @@
 #include "app/singleinstancechecker.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
-#include <QLockFile>
+#include <QFile>
+#include <QThread>
 
 #include <chrono>
+#ifndef Q_OS_WIN
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#endif
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -13,22 +21,41 @@ constexpr int markerSize = 1;
 
 // Taking and leaving the marker are several steps on System V (key file, segment, attachment, removal by the
 // last one), and copies that start or end at the same moment must not come between them: one would remove the
-// key file of another's fresh marker, and a third could then make a second one. A copy killed within frees
-// its lock. Where the lock cannot be had, the marker alone has to do.
+// key file of another's fresh marker, and a third could then make a second one. So each locks the folder of
+// the key files meanwhile. The system frees that lock with the process, and it needs neither a file nor a
+// name that could be taken, nor a disk. Where it cannot be had in time, the marker alone has to do.
 class MarkerLock final
 {
     Q_DISABLE_COPY_MOVE(MarkerLock)
 public:
-    MarkerLock()
+#ifdef Q_OS_WIN
+    explicit MarkerLock(std::chrono::milliseconds)
     {
-#ifndef Q_OS_WIN
-        [[maybe_unused]] const bool locked = m_file.tryLock(std::chrono::seconds(5));
-#endif
+    }
+#else
+    explicit MarkerLock(std::chrono::milliseconds patience)
+        : m_folder(open(QFile::encodeName(QDir::tempPath()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        const QDeadlineTimer limit(patience);
+        while (m_folder >= 0 && flock(m_folder, LOCK_EX | LOCK_NB) != 0 && !limit.hasExpired()) {
+            QThread::msleep(5);
+        }
+    }
+    ~MarkerLock()
+    {
+        if (m_folder >= 0) {
+            close(m_folder);
+        }
     }
 
 private:
-    QLockFile m_file{QDir::tempPath() + "/Quenoli.lock"_L1};
+    const int m_folder;
+#endif
 };
+
+// Half a second in all for a second start, which ends at once.
+constexpr auto startPatience = 300ms;
+constexpr auto endPatience = 150ms;
 
 } // namespace
 
@@ -36,7 +63,7 @@ SingleInstanceChecker::SingleInstanceChecker(QObject *parent)
     : QObject(parent)
     , sharedMemory(u"Quenoli"_s)
 {
-    const MarkerLock lock;
+    const MarkerLock lock(startPatience);
     if (!createMarker()) {
         alreadyRunning = sharedMemory.attach(QSharedMemory::ReadWrite);
     }
@@ -44,7 +71,7 @@ SingleInstanceChecker::SingleInstanceChecker(QObject *parent)
 
 SingleInstanceChecker::~SingleInstanceChecker()
 {
-    const MarkerLock lock;
+    const MarkerLock lock(endPatience);
     sharedMemory.detach();
 }
 

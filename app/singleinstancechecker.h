@@ -1,11 +1,7 @@
 #pragma once
 
-#include <QLatin1StringView>
 #include <QObject>
 #include <QSharedMemory>
-
-/// Name of the local server on which the running copy listens to be woken.
-inline constexpr QLatin1StringView instanceServerName{"QuenoliIPC"};
 
 /**
  * The instance marker: a one-byte shared-memory segment whose existence tells that a copy of the program

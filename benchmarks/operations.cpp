@@ -5,7 +5,7 @@
 
 #include "benchmarks/floors.h"
 #include "benchmarks/measuring.h"
-#include "mainwindow/colorthemes.h"
+#include "core/colorthemes.h"
 #include "support/window.h"
 
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "mainwindow/circularpicture.h"
+#include "widgets/circularpicture.h"
 
 #include "session.h"
 
@@ -13,8 +13,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-constexpr qint64 largestPicture = 128LL * 1024 * 1024; // bytes, at four a pixel
 
 QString writePicture(const std::uint8_t *data, std::size_t size)
 {
@@ -78,7 +76,8 @@ void checkPicture(const QPixmap &picture, QSize size, const Header &header)
     expect(picture.size() == size && picture.devicePixelRatio() == 1.0, "a picture has the size asked for");
     expect(!header.format.isEmpty(), "only what a decoder takes is a picture");
     const QSize source = header.size;
-    expect(!source.isValid() || qint64{source.width()} * source.height() * 4 <= largestPicture,
+    const qint64 limit = QImageReader::allocationLimit() * 1024LL * 1024; // bytes, at four a pixel
+    expect(!source.isValid() || qint64{source.width()} * source.height() * 4 <= limit,
         "a picture beyond the limit is refused");
     const QImage image = picture.toImage();
     markPixels(image);

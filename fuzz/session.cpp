@@ -2,6 +2,7 @@
 
 #include "mainwindow/mainwindow.h"
 #include "support/isolation.h"
+#include "support/silentnetwork.h"
 
 #include <QApplication>
 

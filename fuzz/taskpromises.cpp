@@ -1,8 +1,8 @@
 #include "taskpromises.h"
 
-#include "mainwindow/reminders.h"
-#include "mainwindow/taskfile.h"
-#include "mainwindow/tasklist.h"
+#include "core/reminders.h"
+#include "core/task.h"
+#include "core/tasklist.h"
 #include "session.h"
 
 #include <QJsonDocument>

@@ -1,4 +1,4 @@
-#include "mainwindow/updatecheck.h"
+#include "core/updatecheck.h"
 
 #include "session.h"
 #include "support/traymessages.h"

@@ -8,26 +8,26 @@
  */
 template <typename Name, typename Name::Type member> struct Reach
 {
-    friend typename Name::Type reach(Name /*name*/) { return member; }
+    friend typename Name::Type reach(Name) { return member; }
 };
 
 struct TaskIds
 {
     using Type = QStringList MainWindow::*;
-    friend Type reach(TaskIds name);
+    friend Type reach(TaskIds);
 };
 template struct Reach<TaskIds, &MainWindow::taskIds>;
 
 struct RepairMissingTaskIds
 {
     using Type = void (MainWindow::*)();
-    friend Type reach(RepairMissingTaskIds name);
+    friend Type reach(RepairMissingTaskIds);
 };
 template struct Reach<RepairMissingTaskIds, &MainWindow::repairMissingTaskIds>;
 
 struct HandleVersionReply
 {
     using Type = void (MainWindow::*)(QNetworkReply *);
-    friend Type reach(HandleVersionReply name);
+    friend Type reach(HandleVersionReply);
 };
 template struct Reach<HandleVersionReply, &MainWindow::handleVersionReply>;

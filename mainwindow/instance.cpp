@@ -1,3 +1,5 @@
+#include "mainwindow/instance.h"
+
 #include "mainwindow/mainwindow.h"
 
 #include <QApplication>
@@ -34,11 +36,8 @@ void MainWindow::restoreWindow()
         showNormal();
     }
     raise();
-    // Qt asks the window manager even for what the window has, and waits: under a flood of connections the
-    // whole desktop would stand still.
-    if (!isActiveWindow()) {
-        activateWindow();
-    }
+    // Also where Qt takes it for active: it does so for a while after the window was minimised.
+    activateWindow();
 }
 
 void MainWindow::flashTaskbarIcon()

@@ -1,11 +1,15 @@
 #include "mainwindow/mainwindow.h"
 
-#include "app/singleinstancechecker.h"
-#include "mainwindow/accessibility.h"
-#include "mainwindow/dropshadow.h"
-#include "mainwindow/preferences.h"
-#include "mainwindow/titledelegate.h"
+#include "core/preferences.h"
+#include "mainwindow/instance.h"
 #include "ui_mainwindow.h"
+#include "widgets/accessibility.h"
+#include "widgets/doubleclickguard.h"
+#include "widgets/dropshadow.h"
+#include "widgets/fleetingmenu.h"
+#include "widgets/titledelegate.h"
+#include "widgets/typeddate.h"
+#include "widgets/wholeswitch.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -23,8 +27,8 @@ MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
     , ui(new Ui_MainWindow)
     , taskModel(new QStringListModel(this))
-    , settings(preferences::organisation, preferences::mainStore)
-    , themeSettings(preferences::organisation, preferences::themeStore)
+    , settings(preferences::mainStore())
+    , themeSettings(preferences::themeStore())
 {
     offerPageButtonsForPressing();
     ui->setupUi(this);
@@ -34,7 +38,7 @@ MainWindow::MainWindow(QWidget *parent)
     setUpColorThemes();
     captureBaseFontWeights(this);
     setUpTextEmphasis();
-    ui->FrameUpdater->setGeometry(QRect(-230, 595, 220, 90));
+    parkUpdateBanner();
     checkVersion();
     addDropShadows();
     setUpTrayIcon();
@@ -62,10 +66,19 @@ MainWindow::MainWindow(QWidget *parent)
     showFirstPage();
     connectNavigation();
     connectTaskPages();
-    connectProfileAndUpdates();
+    connectProfile();
+    connectTaskChoice();
+    connectUpdateBanner();
     ui->NubixAdvise->hide();
     ui->NubixLoginButton->hide();
     startInstanceServer();
+    widenSwitches();
+    setUpKeyboard();
+    guardInput();
+    if (leaving) {
+        // The loop that ended was a box's; the program's own is yet to begin.
+        QMetaObject::invokeMethod(this, &MainWindow::leave, Qt::QueuedConnection);
+    }
 }
 
 MainWindow::~MainWindow()
@@ -112,9 +125,7 @@ void MainWindow::setUpTrayIcon()
     auto *settingsAction = new QAction(QIcon(u":/imageres/settings.png"_s), u"Ajustes"_s, this);
     connect(settingsAction, &QAction::triggered, this, &MainWindow::openSettingsFromTray);
     auto *exitAction = new QAction(QIcon(u":/imageres/unchecked.png"_s), u"Salir"_s, this);
-    // quit() would first close every visible window, and give up if one is left: the window hides, but the
-    // icon of a tray that embeds it is a window as well.
-    connect(exitAction, &QAction::triggered, QCoreApplication::instance(), [] { QCoreApplication::exit(); });
+    connect(exitAction, &QAction::triggered, QCoreApplication::instance(), [this] { leave(); });
     trayMenu->addAction(settingsAction);
     trayMenu->addAction(exitAction);
     trayIcon->setContextMenu(trayMenu);
@@ -126,6 +137,7 @@ void MainWindow::setUpTrayIcon()
 void MainWindow::suppressEditMenus()
 {
     auto *emptyMenu = new QMenu(this);
+    closeAtOnce(emptyMenu);
     const std::initializer_list<QWidget *> fields = {ui->TaskTitle, ui->TaskDescription, ui->DateLimitTask,
         ui->TaskTitleView, ui->TaskDescriptionView, ui->DateLimitTaskView};
     for (QWidget *field : fields) {
@@ -145,10 +157,14 @@ void MainWindow::connectTaskDetail()
 
 void MainWindow::connectPreferences()
 {
+    // Qt 6.7 put checkStateChanged in its place; Qt 6.4 has only this one.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
     connect(ui->SimpleNotify, &QCheckBox::stateChanged, this, &MainWindow::handleSimpleNotifyStateChanged);
     connect(
         ui->AdvancedNotify, &QCheckBox::stateChanged, this, &MainWindow::handleAdvancedNotifyStateChanged);
     connect(ui->changeClose, &QCheckBox::stateChanged, this, &MainWindow::handleChangeCloseStateChanged);
+    QT_WARNING_POP
 }
 
 void MainWindow::startReminderTimer()
@@ -160,7 +176,7 @@ void MainWindow::startReminderTimer()
 
 void MainWindow::readLastActivityDate()
 {
-    const QSettings store(preferences::organisation, preferences::mainStore);
+    const QSettings store = preferences::mainStore();
     const QDate today = QDate::currentDate();
     const QDate lastActivity = store.value(preferences::lastActivityDate, today).toDate();
     [[maybe_unused]] const qint64 idleDays = lastActivity.daysTo(today);
@@ -194,8 +210,7 @@ void MainWindow::useMexicanSpanish()
 void MainWindow::showFirstPage()
 {
     setVisiblePage(ui->TasksPage);
-    for (QPushButton *button : {ui->TaskViewButton, ui->NewTaskViewButton, ui->SettingsViewButton,
-             ui->ProfileViewButton, ui->PatchNoticesViewButton}) {
+    for (QPushButton *button : pageButtons()) {
         button->setCheckable(true);
     }
 }
@@ -223,13 +238,21 @@ void MainWindow::connectTaskPages()
         &MainWindow::showTaskDetails);
 }
 
-void MainWindow::connectProfileAndUpdates()
+void MainWindow::connectProfile()
 {
     connect(ui->SetProfile, &QPushButton::clicked, this, &MainWindow::changeProfilePicture);
     connect(ui->SetProfileInfo, &QPushButton::clicked, this, &MainWindow::showEditProfile);
     connect(ui->SaveProfileInfo, &QPushButton::clicked, this, &MainWindow::saveProfileInfo);
+}
+
+void MainWindow::connectTaskChoice()
+{
     connect(ui->OrderNotesBy, &QComboBox::currentIndexChanged, this, &MainWindow::orderTasks);
     connect(ui->SearchTask, &QLineEdit::textChanged, this, &MainWindow::filterTasks);
+}
+
+void MainWindow::connectUpdateBanner()
+{
     connect(ui->CancelUpdate, &QPushButton::clicked, this, &MainWindow::closeUpdateMessage);
     connect(ui->StartUpdate, &QPushButton::clicked, this, &MainWindow::launchUpdater);
 }
@@ -242,4 +265,24 @@ void MainWindow::startInstanceServer()
     connect(localServer, &QLocalServer::newConnection, this, &MainWindow::handleNewInstanceConnection);
     localServer->setSocketOptions(QLocalServer::UserAccessOption);
     localServer->listen(instanceServerName);
+}
+
+void MainWindow::widenSwitches()
+{
+    new WholeSwitch(ui->SimpleNotify, {ui->SubTitleDtLabelTxt_8, ui->ChangeColorThemeText_2});
+    new WholeSwitch(ui->AdvancedNotify, {ui->SubTitleDtLabelTxt_9, ui->ChangeColorThemeText_3});
+    new WholeSwitch(ui->NotifyUpdate, {ui->SubTitleDtLabelTxt_10, ui->ChangeColorThemeText_4});
+    new WholeSwitch(ui->changeClose, {ui->SubTitleDtLabelTxt_11, ui->ChangeColorThemeText_5});
+}
+
+void MainWindow::guardInput()
+{
+    new DoubleClickGuard(this);
+    for (QDateEdit *edit : {ui->DateLimitTask, ui->DateLimitTaskView, ui->DateLimitTaskView_2}) {
+        new DateTyping(edit);
+    }
+    // A description is stored as plain text: colours, tables and pictures would be seen only until then.
+    for (QTextEdit *edit : {ui->TaskDescription, ui->TaskDescriptionView, ui->TaskDescriptionView_2}) {
+        edit->setAcceptRichText(false);
+    }
 }

@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QSystemTrayIcon>
 
+#include <optional>
+
 class QJsonArray;
 class QLocalServer;
 class QNetworkReply;
@@ -90,6 +92,7 @@ private:
     // Steps of the construction, in their order.
     void setUpColorThemes();
     void setUpTextEmphasis();
+    void parkUpdateBanner();
     void addDropShadows();
     void setUpTrayIcon();
     void suppressEditMenus();
@@ -103,15 +106,34 @@ private:
     void showFirstPage();
     void connectNavigation();
     void connectTaskPages();
-    void connectProfileAndUpdates();
+    void connectProfile();
+    void connectTaskChoice();
+    void connectUpdateBanner();
     void startInstanceServer();
+    void widenSwitches();
+    void setUpKeyboard();
+    void guardInput();
 
     // Navigation and panels.
+    QList<QPushButton *> pageButtons() const;
     void resetNavigation();
     void showPage(QPushButton *button, QWidget *page);
     void setVisiblePage(QWidget *page);
     void openTaskDetail();
     void openSettingsFromTray();
+    void leave();
+
+    // The keyboard: shortcuts, and where the focus goes.
+    void addPageKeys();
+    void addTaskKeys();
+    void addListKeys();
+    void explainKeys();
+    void setUpFocus();
+    void enterTaskDetail();
+    void leaveTaskDetail();
+    void stepThroughRows(int rows);
+    int rowsOfAPage() const;
+    QList<QWidget *> tabStops() const;
 
     // Preferences and the look of the form before any of them is applied.
     void loadSettings();
@@ -123,9 +145,10 @@ private:
     void repairMissingTaskIds();
     QString formatFileSize(qint64 bytes) const;
     void showTaskRows(const TaskRows &rows);
+    std::optional<QJsonArray> tasksToChooseFrom(const FileReport &report);
     void showStatistics();
     bool confirmComplete(const Task &task);
-    bool readTasksToAppendTo(QJsonArray &tasks);
+    std::optional<QJsonArray> tasksToAppendTo();
     void resetNewTaskForm();
     bool isUsableRow(const QModelIndex &index) const;
 
@@ -150,4 +173,6 @@ private:
     QMap<QWidget *, int> baseFontWeights;
     QLocalServer *localServer = nullptr;
     QPropertyAnimation *detailAnimation = nullptr; // the latest slide; dangles once that has stopped
+    bool leaving = false; // "Salir" was chosen
+    bool detailOpen = false; // or sliding in
 };

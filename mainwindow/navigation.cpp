@@ -60,11 +60,16 @@ void MainWindow::onPatchNoticesViewButtonClicked()
     showPage(ui->PatchNoticesViewButton, ui->PatchPage);
 }
 
+QList<QPushButton *> MainWindow::pageButtons() const
+{
+    return {ui->TaskViewButton, ui->NewTaskViewButton, ui->SettingsViewButton, ui->ProfileViewButton,
+        ui->PatchNoticesViewButton};
+}
+
 void MainWindow::resetNavigation()
 {
     closeTaskDetail();
-    for (QPushButton *button : {ui->TaskViewButton, ui->NewTaskViewButton, ui->SettingsViewButton,
-             ui->ProfileViewButton, ui->PatchNoticesViewButton}) {
+    for (QPushButton *button : pageButtons()) {
         button->setChecked(false);
     }
 }
@@ -87,8 +92,12 @@ void MainWindow::setVisiblePage(QWidget *page)
 
 void MainWindow::openTaskDetail()
 {
-    detailAnimation = startSlide(
-        ui->TaskDetail, {ui->TaskDetail->geometry(), openPanel, panelSlideTime, QEasingCurve::OutCubic});
+    detailAnimation = startSlide(ui->TaskDetail,
+        {.from = ui->TaskDetail->geometry(),
+            .to = openPanel,
+            .duration = panelSlideTime,
+            .easing = QEasingCurve::OutCubic});
+    enterTaskDetail();
 }
 
 void MainWindow::closeTaskDetail()
@@ -98,16 +107,35 @@ void MainWindow::closeTaskDetail()
     if (QItemSelectionModel *selection = ui->TaskListView->selectionModel()) {
         selection->clearSelection();
     }
-    detailAnimation = startSlide(
-        ui->TaskDetail, {ui->TaskDetail->geometry(), closedPanel, panelSlideTime, QEasingCurve::InCubic});
+    detailAnimation = startSlide(ui->TaskDetail,
+        {.from = ui->TaskDetail->geometry(),
+            .to = closedPanel,
+            .duration = panelSlideTime,
+            .easing = QEasingCurve::InCubic});
+    leaveTaskDetail();
+}
+
+void MainWindow::parkUpdateBanner()
+{
+    ui->FrameUpdater->setGeometry(closedBanner);
 }
 
 void MainWindow::showUpdateMessage()
 {
-    startSlide(ui->FrameUpdater, {closedBanner, openBanner, bannerSlideTime, QEasingCurve::OutCubic}, this);
+    startSlide(ui->FrameUpdater,
+        {.from = closedBanner,
+            .to = openBanner,
+            .duration = bannerSlideTime,
+            .easing = QEasingCurve::OutCubic},
+        this);
 }
 
 void MainWindow::closeUpdateMessage()
 {
-    startSlide(ui->FrameUpdater, {openBanner, closedBanner, bannerSlideTime, QEasingCurve::InCubic}, this);
+    startSlide(ui->FrameUpdater,
+        {.from = openBanner,
+            .to = closedBanner,
+            .duration = bannerSlideTime,
+            .easing = QEasingCurve::InCubic},
+        this);
 }

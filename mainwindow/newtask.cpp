@@ -1,7 +1,8 @@
+#include "core/reports.h"
+#include "core/task.h"
+#include "core/taskfile.h"
+#include "core/tasklist.h"
 #include "mainwindow/mainwindow.h"
-#include "mainwindow/reports.h"
-#include "mainwindow/taskfile.h"
-#include "mainwindow/tasklist.h"
 #include "ui_mainwindow.h"
 
 #include <QMessageBox>
@@ -10,7 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 
 void MainWindow::saveTask()
 {
-    const Task task{.id = newTaskId(),
+    Task task{.id = QString(),
         .title = ui->TaskTitle->text(),
         .description = ui->TaskDescription->toPlainText(),
         .category = ui->CategoryTaskBox->currentText(),
@@ -19,18 +20,19 @@ void MainWindow::saveTask()
     if (!confirmComplete(task)) {
         return;
     }
-    QJsonArray tasks;
-    if (!readTasksToAppendTo(tasks)) {
+    task.id = newTaskId();
+    std::optional<QJsonArray> tasks = tasksToAppendTo();
+    if (!tasks) {
         return;
     }
-    tasks.append(taskToJson(task));
-    if (const std::optional<QString> error = writeTaskFile(tasks)) {
+    tasks->append(taskToJson(task));
+    if (const std::optional<QString> error = writeTaskFile(*tasks)) {
         reportInBox(reports::savingTask, *error);
         ui->TaskAdvise->setVisible(true);
         return;
     }
 
-    showTaskRows(rowsInFileOrder(tasks));
+    showTaskRows(rowsInFileOrder(*tasks));
     resetNewTaskForm();
     ui->TaskAdvise->setVisible(false);
     onTaskAdded();
@@ -58,7 +60,7 @@ bool MainWindow::confirmComplete(const Task &task)
     return true;
 }
 
-bool MainWindow::readTasksToAppendTo(QJsonArray &tasks)
+std::optional<QJsonArray> MainWindow::tasksToAppendTo()
 {
     if (!taskFileExists()) {
         const std::optional<QString> error = createTaskFile();
@@ -66,16 +68,15 @@ bool MainWindow::readTasksToAppendTo(QJsonArray &tasks)
             reportInBox(reports::creatingFile, *error);
         }
         ui->TaskAdvise->setVisible(true);
-        return !error;
+        return error ? std::nullopt : std::optional<QJsonArray>(std::in_place);
     }
-    TaskFileContents contents = readTaskFile();
+    const TaskFileContents contents = readTaskFile();
     if (contents.error) {
         reportInBox(reports::savingTask, *contents.error);
-        return false;
+        return std::nullopt;
     }
     ui->TaskAdvise->setVisible(false);
-    tasks = std::move(contents.tasks);
-    return true;
+    return contents.tasks;
 }
 
 void MainWindow::resetNewTaskForm()

@@ -1,4 +1,4 @@
-#include "mainwindow/preferences.h"
+#include "core/preferences.h"
 
 #include "mainwindow/mainwindow.h"
 #include "ui_mainwindow.h"

@@ -1,9 +1,9 @@
-#include "mainwindow/accessibility.h"
-#include "mainwindow/circularpicture.h"
-#include "mainwindow/greeting.h"
+#include "core/greeting.h"
+#include "core/preferences.h"
 #include "mainwindow/mainwindow.h"
-#include "mainwindow/preferences.h"
 #include "ui_mainwindow.h"
+#include "widgets/accessibility.h"
+#include "widgets/circularpicture.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -12,7 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 
 void MainWindow::loadUserInfo()
 {
-    const QSettings store(preferences::organisation, preferences::mainStore);
+    const QSettings store = preferences::mainStore();
     const QString firstName = store.value(preferences::firstName, QString()).toString();
     const QString email = store.value(preferences::email, QString()).toString();
     ui->UserName->setText(firstName.isEmpty() ? guestName() : firstName);
@@ -22,8 +22,8 @@ void MainWindow::loadUserInfo()
 
 void MainWindow::setProfileEditable(bool editable)
 {
-    ui->SetProfileInfo->setVisible(!editable);
-    ui->SaveProfileInfo->setVisible(editable);
+    (editable ? ui->SetProfileInfo : ui->SaveProfileInfo)->hide();
+    (editable ? ui->SaveProfileInfo : ui->SetProfileInfo)->show();
     for (QLineEdit *field : {ui->UserName, ui->UserMail}) {
         field->setEnabled(editable);
         field->setClearButtonEnabled(editable);
@@ -38,7 +38,7 @@ void MainWindow::showEditProfile()
 
 void MainWindow::saveProfileInfo()
 {
-    QSettings store(preferences::organisation, preferences::mainStore);
+    QSettings store = preferences::mainStore();
     store.setValue(preferences::firstName, ui->UserName->text());
     store.setValue(preferences::email, ui->UserMail->text());
     updateLabels(ui->DisplayMessage->currentIndex());
@@ -54,13 +54,13 @@ void MainWindow::changeProfilePicture()
         return;
     }
     showProfilePicture(path);
-    QSettings store(preferences::organisation, preferences::mainStore);
+    QSettings store = preferences::mainStore();
     store.setValue(preferences::profilePicturePath, path);
 }
 
 void MainWindow::loadProfilePicture()
 {
-    const QSettings store(preferences::organisation, preferences::mainStore);
+    const QSettings store = preferences::mainStore();
     const QString path = store.value(preferences::profilePicturePath, QString()).toString();
     if (!path.isEmpty() && QFileInfo(path).isFile()) {
         showProfilePicture(path);

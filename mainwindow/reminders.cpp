@@ -1,31 +1,10 @@
-#include "mainwindow/reminders.h"
-
+#include "core/reminders.h"
+#include "core/reports.h"
+#include "core/taskfile.h"
 #include "mainwindow/mainwindow.h"
-#include "mainwindow/reports.h"
-#include "mainwindow/taskfile.h"
 #include "ui_mainwindow.h"
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-constexpr int daysAhead = 2;
-
-} // namespace
-
-QStringList titlesDue(const QJsonArray &tasks, const QDateTime &now)
-{
-    const QDateTime limit = now.addDays(daysAhead);
-    QStringList titles;
-    for (const auto &record : tasks) {
-        // Where clocks jump at midnight, 00:00 does not exist and the day starts later.
-        const QDateTime deadline = dueDateFromText(taskDateLimit(record)).startOfDay();
-        if (deadline.isValid() && deadline >= now && deadline <= limit) {
-            titles.append(taskTitle(record));
-        }
-    }
-    return titles;
-}
 
 void MainWindow::checkTaskReminders()
 {

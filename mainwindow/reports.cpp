@@ -1,16 +1,9 @@
-#include "mainwindow/reports.h"
-
+#include "core/reports.h"
 #include "mainwindow/mainwindow.h"
 
-#include <QDebug>
 #include <QMessageBox>
 
 using namespace Qt::Literals::StringLiterals;
-
-void logFileError(const char *line, const QString &error)
-{
-    qCritical() << line << error;
-}
 
 void MainWindow::reportInBox(const FileReport &report, const QString &error)
 {

@@ -1,7 +1,9 @@
+#include "core/reports.h"
+#include "core/task.h"
+#include "core/taskfile.h"
 #include "mainwindow/mainwindow.h"
-#include "mainwindow/reports.h"
-#include "mainwindow/taskfile.h"
 #include "ui_mainwindow.h"
+#include "widgets/questionbox.h"
 
 #include <QMessageBox>
 
@@ -18,6 +20,8 @@ bool userConfirmsRemoval()
     box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
     box.setStyleSheet(u"QPushButton {  border-radius: 5px;  border: 1px solid black;  padding: 5px 10px;}"
                       "QPushButton:hover {  background-color: #d3d3d3;}"_s);
+    box.setWindowIcon(QIcon(u":/imageres/quenoliicon.ico"_s)); // a box without a parent inherits none
+    preferNo(box);
     return box.exec() == QMessageBox::Yes;
 }
 

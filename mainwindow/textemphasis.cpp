@@ -1,15 +1,7 @@
-#include "mainwindow/textemphasis.h"
-
+#include "core/textemphasis.h"
+#include "core/preferences.h"
 #include "mainwindow/mainwindow.h"
-#include "mainwindow/preferences.h"
 #include "ui_mainwindow.h"
-
-#include <algorithm>
-
-int emphasisedWeight(int baseWeight, int mode)
-{
-    return mode == 1 ? std::max<int>(baseWeight, QFont::DemiBold) : baseWeight;
-}
 
 void MainWindow::captureBaseFontWeights(QWidget *root)
 {
@@ -31,7 +23,8 @@ void MainWindow::applyTextEmphasis(int mode)
             continue;
         }
         QFont font = widget->font();
-        font.setWeight(static_cast<QFont::Weight>(emphasisedWeight(entry.value(), mode)));
+        font.setWeight(
+            static_cast<QFont::Weight>(emphasisedWeight(entry.value(), static_cast<TextEmphasis>(mode))));
         widget->setFont(font);
     }
     settings.setValue(preferences::textEmphasis, mode);

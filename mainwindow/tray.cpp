@@ -36,6 +36,14 @@ void MainWindow::openSettingsFromTray()
     onSettingsViewButtonClicked();
 }
 
+void MainWindow::leave()
+{
+    leaving = true;
+    // quit() would first close every visible window, and give up if one is left: the window hides, but the
+    // icon of a tray that embeds it is a window as well.
+    QCoreApplication::exit();
+}
+
 void MainWindow::exitActionTriggered()
 {
     close();

@@ -1,15 +1,17 @@
 #!/usr/bin/python3 -B
-"""Asks whether the tests bite: changes one operator, constant, text or call of app/ and mainwindow/ at a time, and
-expects some test to fail.
+"""Asks whether the tests bite: changes one operator, constant, text or call of the program at a time, or the order of
+two calls, and expects some test to fail.
 
-Usage: script/mutate [--again] [COUNT] [FILE]...
+Usage: script/mutate [--again] [--kind KIND]... [COUNT] [FILE]...
 
 Without COUNT every change is tried, which takes an hour or two; with it a sample that depends on the commit only. FILE
-limits the changes to those source files. A change is tried against the tests that run the line it changes. Lists what
-no test noticed, ends with 1 if something of that is not explained in tests/data/mutants.json, and writes all results
-to build/mutate/results.json. With --again the results there stand, but for changes that no test noticed.
+limits the changes to those source files, KIND to text, operator, constant, tenfold, condition, call or swap. A change
+is tried against the tests that run the line it changes. Lists what no test noticed, ends with 1 if something of that is
+not explained in tests/data/mutants.json, and writes all results to build/mutate/results.json. With --again the results
+there stand, but for changes that no test noticed.
 """
 
+import argparse
 import concurrent.futures
 import hashlib
 import json
@@ -29,14 +31,21 @@ from typing import NamedTuple
 ROOT = Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutate"
 EXPLAINED = ROOT / "tests" / "data" / "mutants.json"
+# The libraries' folders, and what each precompiles.
+LIBRARIES = {"core": "<QtCore>", "widgets": "<QtWidgets>", "mainwindow": "<QtWidgets> <QtNetwork>", "app": "<QtCore>"}
 # One failure will do, and nobody looks at it.
 QUICK = {"QTEST_FATAL_FAIL": "1", "QTEST_DISABLE_STACK_DUMP": "1", "QTEST_DISABLE_CORE_DUMP": "1"}
-STORIES = ("desktop-accessible", "desktop-story")  # tests of the built program, which alone holds what is in app/
+STORIES = ("desktop-accessible", "desktop-story")  # tests of the built program, which need what is in app/
 PATIENCE = 30  # seconds for a test program beyond five times what it takes; one that hangs counts as noticed
 
+# Strings stay, so that nothing in them counts as a comment.
+COMMENT = re.compile(r'"(?:[^"\\\n]|\\.)*"|/\*.*?\*/|//[^\n]*', re.S)
 STRING = re.compile(r'(?<![\w"])(u?)"((?:[^"\\]|\\.)*)"')
 KEY = ("file", "before", "after")
-SWAPS = {
+KINDS = ("text", "operator", "constant", "tenfold", "condition", "call", "swap")
+# Where a statement begins that is a call, or keeps what one returns.
+CALL = re.compile(r"(?<=[;{}])\s*\n[ \t]+(?=[\w:]+(?:(?:->|\.)\w+)*(?:\(| =\s[^;]*\())")
+OPPOSITES = {
     " == ": " != ", " != ": " == ", " < ": " <= ", " > ": " >= ", " <= ": " < ", " >= ": " > ",
     " && ": " || ", " || ": " && ", " + ": " - ", " - ": " + ", " / ": " * ", " * ": " / ",
     "true": "false", "false": "true", "::min(": "::max(", "::max(": "::min(",
@@ -58,7 +67,7 @@ class Mutant(NamedTuple):
 
 
 def blank(match):
-    return re.sub(r"[^\n]", " ", match.group(0))
+    return match.group(0) if match.group(0).startswith('"') else re.sub(r"[^\n]", " ", match.group(0))
 
 
 def without_comments(source):
@@ -67,20 +76,24 @@ def without_comments(source):
     source = re.sub(r"(?<=#ifndef Q_OS_WIN\n)([^#]*#else\n)([^#]*)(?=#endif)",
                     lambda match: match.group(1) + re.sub(r"[^\n]", " ", match.group(2)), source)
     source = re.sub(r"^[ \t]*#(?:[^\n]*\\\n)*[^\n]*", blank, source, flags=re.M)
-    return re.sub(r"/\*.*?\*/|//[^\n]*", blank, source, flags=re.S)
+    return COMMENT.sub(blank, source)
 
 
-def changes(code):
-    """(start, end, new text, kind) for everything that can be changed in the code."""
+def changes(source):
+    """(start, end, new text, kind) for everything that can be changed in the source."""
+    code = without_comments(source)
     for match in STRING.finditer(code):
         yield match.start(2), match.end(2), match.group(2) + "x", "text"
     bare = STRING.sub(lambda match: '"' + " " * (len(match.group(0)) - 2) + '"', code)
-    for old, new in SWAPS.items():
+    for old, new in OPPOSITES.items():
         pattern = rf"\b{old}\b" if old.isalpha() else re.escape(old)
         for match in re.finditer(pattern, bare):
             yield match.start(), match.end(), new, "operator"
     for match in re.finditer(r"(?<![\w.])\d+(?![\w.])", bare):
         yield match.start(), match.end(), str(int(match.group(0)) + 1), "constant"
+    for match in re.finditer(r"(?<![\w.])(\d+)((?:\.\d+)?(?:ms|s|min|h)?)(?![\w.])", bare):
+        if int(match.group(1)) > 1:  # a time, limit or size: a test may let one more pass, and not ten times as much
+            yield match.start(), match.end(), f"{int(match.group(1)) * 10}{match.group(2)}", "tenfold"
     for match in re.finditer(r"(?<![\w!=])!(?=[\w(])", bare):
         yield match.start(), match.end(), "", "operator"
     for match in re.finditer(r"\bif \(", bare):
@@ -94,22 +107,26 @@ def changes(code):
         if re.match(r"(if|for|while|switch|return .)\b", statement) or statement.count("(") != statement.count(")"):
             continue
         yield match.end(), end, "", "call"
+    places = [(match.end(), closing(bare, match.end(), ";")) for match in CALL.finditer(bare)]
+    for (start, end), (next_start, next_end) in zip(places, places[1:]):
+        first, between, second = source[start:end], source[end:next_start], source[next_start:next_end]
+        if bare[end:next_start].strip() == ";" and first != second:
+            yield start, next_end, second + between + first, "swap"
 
 
-def closing(code, opening):
-    """Where the bracket that opens there is closed."""
+def closing(code, opening, last=")"):
+    """Where the bracket that opens there is closed, or the statement that begins there."""
     depth = 0
     for place in range(opening, len(code)):
-        depth += {"(": 1, ")": -1}.get(code[place], 0)
-        if depth == 0:
+        depth += {"(": 1, "{": 1, ")": -1, "}": -1}.get(code[place], 0)
+        if depth == 0 and code[place] == last:
             return place
     raise ValueError("a bracket is never closed")
 
 
 def mutants(file):
     source = (ROOT / file).read_text(encoding="utf-8")
-    code = without_comments(source)
-    for start, end, text, kind in sorted(set(changes(code))):
+    for start, end, text, kind in sorted(set(changes(source))):
         first, last = source.rindex("\n", 0, start) + 1, source.index("\n", end)
         before = source[first:last]
         after = before[:start - first] + text + before[end - first:]
@@ -133,11 +150,13 @@ class Workshop:
         for name in names:
             content = (ROOT / name).read_bytes()
             # A shared library costs one link a change instead of one a test, precompiled headers half of a compilation.
-            if name == "mainwindow/CMakeLists.txt":
-                content = content.replace(b"nubaria_core STATIC", b"nubaria_core SHARED") + (
-                    b"target_precompile_headers(nubaria_core PRIVATE <QtWidgets> <QtNetwork>)\n"
-                    b"target_compile_options(nubaria_core PRIVATE ${NUBARIA_COUNTING})\n"
-                    b"target_link_options(nubaria_core PRIVATE ${NUBARIA_COUNTING})\n")
+            folder, _, file = name.partition("/")
+            if folder in LIBRARIES and file == "CMakeLists.txt":
+                content = re.sub(r"(?s)(nubaria_\w+) STATIC(.*)", rf"""\1 SHARED\2
+target_precompile_headers(\1 PRIVATE {LIBRARIES[folder]})
+target_compile_options(\1 PRIVATE ${{NUBARIA_COUNTING}})
+target_link_options(\1 PRIVATE ${{NUBARIA_COUNTING}})
+""", content.decode()).encode()
             copy = self.source / name
             # What is as it was keeps its time, and what is not gets the present one: that has it compiled anew.
             if not copy.exists() or copy.read_bytes() != content:
@@ -159,21 +178,23 @@ class Workshop:
 
     def lines_run(self, test):
         """Runs a test of a build that counts. The (file, line) of the library that it runs, and its seconds."""
-        counts = self.build / "mainwindow" / "CMakeFiles" / "nubaria_core.dir"
-        for old in counts.glob("*.gcda"):
+        for old in self.counts():
             old.unlink()
         begin = time.monotonic()
         if not self.passes(test, 10 * PATIENCE):
             sys.exit(f"mutate: {test} fails without any change")
         seconds = time.monotonic() - begin
         lines = set()
-        written = [str(path) for path in counts.glob("*.gcda")]
-        told = self.must("gcov", "--json-format", "--stdout", *written, folder=counts) if written else ""
+        written = [str(path) for path in self.counts()]
+        told = self.must("gcov", "--json-format", "--stdout", *written, folder=self.build) if written else ""
         for report in map(json.loads, told.splitlines()):
             for file in report["files"]:
                 name = os.path.relpath(file["file"], self.source)
                 lines |= {(name, line["line_number"]) for line in file["lines"] if line["count"]}
         return lines, seconds
+
+    def counts(self):
+        return [path for folder in LIBRARIES for path in self.build.glob(f"{folder}/CMakeFiles/nubaria_*.dir/*.gcda")]
 
     def tests(self):
         told = self.must("ctest", "--test-dir", str(self.build), "--show-only=json-v1")
@@ -181,7 +202,8 @@ class Workshop:
         return [name for name in names if name in STORIES or re.search(r"test(-|$)", name)]
 
     def compiles(self):
-        command = ("ninja", "-C", str(self.build), "-j1", "nubaria_core", "nubaria")
+        # The last one has an entry point of its own to link.
+        command = ("ninja", "-C", str(self.build), "-j1", "nubaria", "app-maintest")
         return subprocess.run(command, capture_output=True, check=False).returncode == 0
 
     def passes(self, test, patience):
@@ -225,18 +247,19 @@ class Trial:
     def order(self, mutant):
         """The tests concerned: first those that noticed most in this file, then those named like it, then quick ones.
 
-        A statement over several lines counts as run where it begins or ends. Of app/ nothing is counted, and of data
+        A statement over several lines counts as run where it begins or ends. Of app/ not all is counted, and of data
         neither: that concerns all tests that run something of the file.
         """
         in_app = mutant.file.startswith("app/")
         stem = Path(mutant.file).stem.rstrip("s")
+        named_like_it = f"{Path(mutant.file).parent}-{stem}"
         places = {(mutant.file, line) for line in range(mutant.line - 3, mutant.line + mutant.before.count("\n") + 4)}
         programs = {test: lines for test, lines in self.lines.items() if test not in STORIES}
         concerned = list(self.lines) if in_app else [test for test, lines in programs.items() if lines & places]
         if not concerned:
             concerned = [test for test, lines in programs.items() if any(mutant.file == file for file, _ in lines)]
         ordered = sorted(concerned, key=lambda test: (
-            -self.noticed[mutant.file, test], not test.startswith(stem), stem not in test, self.seconds[test]))
+            -self.noticed[mutant.file, test], not test.startswith(named_like_it), stem not in test, self.seconds[test]))
         return [(test, PATIENCE + 5 * self.seconds[test]) for test in ordered]
 
     def measure(self, workshop):
@@ -273,13 +296,13 @@ class Trial:
         print(f"{mutant.file}:{mutant.line}: {mutant.kind}: {mutant.after.splitlines()[0]}: {told}", flush=True)
 
 
-def choose(arguments):
+def choose(kinds, arguments):
     count = int(arguments.pop(0)) if arguments and arguments[0].isdigit() else None
-    files = [path for folder in ("app", "mainwindow") for path in (ROOT / folder).glob("*.cpp")]
+    files = [path for folder in LIBRARIES for path in (ROOT / folder).glob("*.cpp")]
     known = sorted(str(path.relative_to(ROOT)) for path in files)
     if unknown := set(arguments) - set(known):
         sys.exit(f"mutate: no source file {', '.join(sorted(unknown))}")
-    every = [mutant for file in arguments or known for mutant in mutants(file)]
+    every = [one for file in arguments or known for one in mutants(file) if not kinds or one.kind in kinds]
     if count is None or count >= len(every):
         return every
     head = subprocess.run(("git", "rev-parse", "HEAD"), cwd=ROOT, capture_output=True, check=True).stdout
@@ -287,14 +310,18 @@ def choose(arguments):
 
 
 def main():
-    if {"-h", "--help"} & set(sys.argv[1:]):
+    parser = argparse.ArgumentParser(add_help=False)
+    parser.add_argument("--again", action="store_true")
+    parser.add_argument("--kind", action="append", choices=KINDS)
+    parser.add_argument("arguments", nargs="*")
+    parser.add_argument("-h", "--help", action="store_true")
+    options = parser.parse_args()
+    if options.help:
         print(__doc__)
         return 0
-    arguments = sys.argv[1:]
-    again = "--again" in arguments
-    chosen = choose([argument for argument in arguments if argument != "--again"])
+    chosen = choose(options.kind, options.arguments)
     standing = []
-    if again:
+    if options.again:
         results = json.loads((WORK / "results.json").read_text(encoding="utf-8"))
         keys = [mutant.key() for mutant in chosen]
         standing = [one for one in results if one["test"] != "" and {key: one[key] for key in KEY} in keys]

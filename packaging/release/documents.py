@@ -43,7 +43,7 @@ KINDS = (
     Kind(r"\.zip$", "Versión portátil para Windows", "Windows 10 o posterior, de 64 bits.",
          "<p>En Windows, sin instalar: descomprime <code>$name</code> y abre <code>nubaria.exe</code>.</p>",
          ON_WINDOWS),
-    Kind(r"^nubaria_.*\.deb$", "Paquete para Debian", "Debian 12, de 64 bits (amd64).",
+    Kind(r"^nubaria_.*\.deb$", "Paquete para Debian", "Debian 12 o 13, de 64 bits (amd64).",
          "<p>En Debian: <code>sudo apt install ./$name</code></p>", ON_LINUX),
     Kind(r"\.tar\.xz$", "Código fuente", "El paquete fuente de Debian, con las instrucciones en README.md.",
          "", ON_LINUX),

@@ -1,8 +1,8 @@
 #!/usr/bin/env -S python3 -B
-"""What the tree says of the version to be released. Usage: facts.py FOLDER
+"""What the tree says of the version to be released. Usage: facts.py [--unchecked] FOLDER
 
-Prints the version, or ends with 1 and one line on why it cannot be released. Every other place is held against
-CMakeLists.txt, which is the one that the program takes it from.
+Prints the version, or ends with 1 and one line on why it cannot be released. Every other place is compared with
+CMakeLists.txt, which is the one that the program takes it from; --unchecked asks that one alone.
 """
 
 import re
@@ -188,11 +188,14 @@ def check(folder):
 
 
 def main():
-    if len(sys.argv) != 2:
+    arguments = sys.argv[1:]
+    told = project_version if arguments[:1] == ["--unchecked"] else check
+    folders = arguments[1:] if told is project_version else arguments
+    if len(folders) != 1:
         print(__doc__, file=sys.stderr)
         return 2
     try:
-        print(check(Path(sys.argv[1])))
+        print(told(Path(folders[0])))
     except Refusal as refusal:
         print(f"release: {refusal}", file=sys.stderr)
         return 1

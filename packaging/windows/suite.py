@@ -1,5 +1,5 @@
 #!/usr/bin/env -S python3 -B
-"""Runs the tests of a build for Windows under Wine, and holds their results against those that are expected.
+"""Runs the tests of a build for Windows under Wine, and compares their results with those that are expected.
 
 Usage: suite.py BUILD RESULTS [test]...
 

@@ -18,6 +18,7 @@ from gi.repository import Atspi, GLib  # noqa: E402  (the version comes first)
 ANSWER_TIME = 5000  # milliseconds for one question
 SHOWING, SENSITIVE = Atspi.StateType.SHOWING, Atspi.StateType.SENSITIVE
 CHECKED, FOCUSED = Atspi.StateType.CHECKED, Atspi.StateType.FOCUSED
+BUTTON = Atspi.role_get_name(Atspi.Role.PUSH_BUTTON)  # "push button", from AT-SPI 2.56 on "button"
 
 # Where there is nothing of the program, so that the mouse does not choose in a list that opens below it.
 NOWHERE = (1399, 859)
@@ -166,7 +167,7 @@ class Assistant:
             raise Failure(f"{node.get_role_name()} {node.get_name()} does not carry out {action}, of {offered}")
 
     def press(self, name):
-        button = self.find("push button", name)
+        button = self.find(BUTTON, name)
         self.wait_for_state(button, SENSITIVE)
         self.act(button, "Press")
 

@@ -133,13 +133,13 @@ class Days:
 
     def a_single_click_on_the_icon_does_nothing(self):
         self.nubaria.hide()
-        self.desk.click_icon("1")
+        self.desk.click_icon()
         # The menu comes after the click, so whatever that does is done.
         self.desk.close_menu()
         self.stays_hidden()
 
     def a_double_click_shows_the_tasks(self):
-        self.desk.click_icon("--repeat", "2", "--delay", "60", "1")
+        self.desk.click_icon(times=2)
         if self.desk.tells_double_clicks:
             self.nubaria.wait_until_in_front()
             self.nubaria.wait_for_page("Lista de tareas")
@@ -231,11 +231,17 @@ class Days:
     def it_ends_and_leaves_nothing(self):
         self.nubaria.close()
         self.desk.expect_icon(False)
+        self.nothing_is_left()
+
+    # What several steps do
+
+    def tidy_up(self):
+        """After the picture of a step: closes what was left open for that."""
+
+    def nothing_is_left(self):
         files = [path.name for path in self.session.folders["tmp"].iterdir() if path != self.session.opened]
         if files or self.session.left_markers():
             raise Failure(f"temporary files {files} and markers {self.session.left_markers()} are left")
-
-    # What several steps do
 
     def start(self, *prefix):
         """A start that reaches no update server: the notice of it is the first, and tells that the icon is there."""
@@ -273,6 +279,6 @@ class Days:
         self.nubaria.click(DOWNLOAD)
         wait_for(lambda: self.session.opened_pages() == [PAGE] * times, "the page of the newer version")
 
-    steps = between(locals(), "the_program_starts", "start")
+    steps = between(locals(), "the_program_starts", "tidy_up")
     of_the_tray = between(locals(), "the_menu_of_the_icon_opens", "a_second_start_shows_them") + between(
         locals(), "its_settings_restore_a_minimised_window", "it_starts_after_being_ended_by_the_system")

@@ -109,9 +109,7 @@ class Desk:
     def points(self):
         """Place and colour of every point where an icon would be."""
         top = SCREEN_HEIGHT - BAR_HEIGHT
-        part = f"{BAR_LENGTH}x{BAR_HEIGHT}+0+{top}"
-        text = run("import", "-silent", "-window", "root", "-crop", part, "+repage", "-depth", "8", "txt:-")
-        found = (point.groups() for point in POINT.finditer(text))
+        found = (point.groups() for point in POINT.finditer(self.session.points(0, top, BAR_LENGTH, BAR_HEIGHT)))
         return [((int(x), top + int(y)), tuple(int(one, 16) for one in colour)) for x, y, *colour in found]
 
     def own_icon(self):

@@ -10,6 +10,7 @@ import time
 from pathlib import Path
 
 PATIENCE = 20  # seconds for any condition; a busy machine is slow
+LEFT, RIGHT = 1, 3  # buttons of the mouse
 
 # Variables of the session that the story is started from, which must not reach into its own.
 PERSONAL = re.compile("(?i)(QT_|XDG_|DBUS_|SESSION_|WAYLAND_|DISPLAY|XAUTHORITY|LANG|LC_|.*_proxy$)")
@@ -29,12 +30,12 @@ def run(*command):
         raise Failure(f"{command[0]} does not come back") from None
 
 
-def wait_for(condition, what):
+def wait_for(condition, what, patience=PATIENCE):
     """Waits until the condition holds, and returns what it gave."""
-    end = time.monotonic() + PATIENCE
+    end = time.monotonic() + patience
     while not (value := condition()):
         if time.monotonic() > end:
-            raise Failure(f"waited {PATIENCE} s in vain for {what}")
+            raise Failure(f"waited {patience} s in vain for {what}")
         time.sleep(0.05)  # between two looks
     return value
 
@@ -53,9 +54,10 @@ def active_window():
     return run("xdotool", "getactivewindow").strip()
 
 
-def click(x, y):
+def click(x, y, button=LEFT, times=1):
     run("xdotool", "mousemove", str(x), str(y))
-    run("xdotool", "click", "1")
+    repeated = ("--repeat", str(times), "--delay", "60") if times > 1 else ()
+    run("xdotool", "click", *repeated, str(button))
 
 
 def press(*names):
@@ -73,11 +75,10 @@ def picture(path):
     run("import", "-silent", "-window", "root", str(path))
 
 
-def colour(x, y):
-    """The colour of a point of the screen as six hexadecimal digits."""
-    text = run("import", "-silent", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8", "txt:-")
-    found = re.search(r"#([0-9A-F]{6})", text)
-    return found and found.group(1)
+def points(left, top, width, height):
+    """Every point of a part of the screen, a line each: place and colour."""
+    part = f"{width}x{height}+{left}+{top}"
+    return run("import", "-silent", "-window", "root", "-crop", part, "+repage", "-depth", "8", "txt:-")
 
 
 def signature(left, top, width, height):
@@ -101,6 +102,11 @@ def die_with_the_story():
 class Desktop:
     """Everything that a program started in it sees; nothing of it outlives `end`."""
 
+    # Its eyes and hands, which another kind of desktop has others in place of.
+    geometry, active_window = staticmethod(geometry), staticmethod(active_window)
+    click, press, type_text = staticmethod(click), staticmethod(press), staticmethod(type_text)
+    picture, points, signature = staticmethod(picture), staticmethod(points), staticmethod(signature)
+
     def __init__(self, folder, screen="1400x860"):
         self.screen = screen
         self.processes = []
@@ -116,11 +122,17 @@ class Desktop:
             "HOME": str(self.folders["home"]),
             "XDG_CONFIG_HOME": str(self.folders["config"]),
             "XDG_RUNTIME_DIR": str(self.folders["run"]),
+            # No bus, unless a story starts one here: without an address the program would start a bus of its own,
+            # and where that cannot be, the library that tries leaks.
+            "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.folders['run']}/bus",
             "TMPDIR": str(self.folders["tmp"]),
             "https_proxy": f"http://127.0.0.1:{self.proxy.getsockname()[1]}",
         }
 
     def start(self):
+        self.start_screen()
+
+    def start_screen(self):
         reader, writer = os.pipe()
         # Without -noreset the display starts anew, and drops whoever is just connecting, each time its last client goes.
         screen = ("-screen", "0", f"{self.screen}x24", "-nolisten", "tcp", "-noreset")
@@ -136,6 +148,11 @@ class Desktop:
         # A keyboard with every accented letter: xdotool makes up a key for one that is lacking, and the program learns
         # of such a key too late. Not before there is a lasting client, as the display forgets it with the last one.
         run("setxkbmap", "-layout", "us", "-variant", "altgr-intl")
+
+    def colour(self, x, y):
+        """The colour of a point of the screen as six hexadecimal digits."""
+        found = re.search(r"#([0-9A-F]{6})", self.points(x, y, 1, 1))
+        return found and found.group(1)
 
     def spawn(self, *command, **options):
         streams = {"stdin": subprocess.DEVNULL, "stdout": self.log, "stderr": self.log}

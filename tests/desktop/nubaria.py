@@ -3,7 +3,7 @@
 import json
 from typing import NamedTuple
 
-from desktop import Failure, active_window, click, colour, geometry, press, run, signature, type_text, wait_for
+from desktop import Failure, run, wait_for
 
 # Places in the window.
 PAGES = {
@@ -16,7 +16,7 @@ PAGES = {
 ORDER = (1100, 35)
 CATEGORY, URGENCY, SAVE = (410, 552), (1045, 552), (1075, 642)
 PANEL_CATEGORY, FINISH, UPDATE = (430, 565), (745, 642), (1075, 642)
-# A switch can be clicked on its knob only, which is on the left while the switch is off.
+# The knob of a switch is on the left while the switch is off.
 CLOSE_SWITCH_LEFT, CLOSE_SWITCH_RIGHT = (284, 270), (306, 270)
 
 ORDERS = ["Recientes", "Titulo", "Prioridad"]
@@ -70,22 +70,26 @@ class Nubaria:
         """Starts the program itself, or by a command that becomes it."""
         self.process = self.desktop.spawn(*(command or (self.program,)))
         self.window = wait_for(lambda: self.find("^Nubaria$"), "the window")
-        self.corner = geometry(self.window)[:2]
+        self.corner = self.desktop.geometry(self.window)[:2]
         self.wait_until_in_front()
 
     def start_again(self):
-        """Starts a second copy, which ends by itself and brings the window to the front."""
+        """Starts a second copy, which brings the window to the front."""
+        self.start_second_copy()
+        self.wait_until_in_front()
+
+    def start_second_copy(self):
+        """It ends by itself."""
         second = self.desktop.spawn(self.program)
         wait_for(lambda: second.poll() is not None, "the end of the second start")
         if second.returncode != 0:
             raise Failure(f"the second start ended with {second.returncode}")
-        self.wait_until_in_front()
 
     def wait_until_in_front(self):
         wait_for(self.is_mapped, "the window on the screen")
-        wait_for(lambda: active_window() == self.window, "the window to become active")
+        wait_for(lambda: self.desktop.active_window() == self.window, "the window to become active")
         # A window that comes back is put elsewhere first, and from there to its place.
-        wait_for(lambda: geometry(self.window)[:2] == self.corner, "the window in its place")
+        wait_for(lambda: self.desktop.geometry(self.window)[:2] == self.corner, "the window in its place")
 
     def wait_until_ended(self):
         wait_for(lambda: self.process.poll() is not None, "the end of the program")
@@ -129,21 +133,21 @@ class Nubaria:
 
     def click(self, place):
         """Does not wait for what comes of it."""
-        click(*self.on_screen(place))
+        self.desktop.click(*self.on_screen(place))
 
     def write(self, field, text):
         """Writes over whatever the field holds. Does not wait for what comes of it."""
         self.click(field.place)
         # The window manager holds a click back for a moment, so that keys would overtake it.
         self.wait_for_colour(field.frame, field.colour, "the field to be ready")
-        press("ctrl+a")
-        type_text(text)
+        self.desktop.press("ctrl+a")
+        self.desktop.type_text(text)
 
     def choose(self, box, items, item):
         self.click(box)
         popup = wait_for(self.popup, f"the list with {item}")
-        left, top, width, height = geometry(popup)
-        click(left + width // 3, top + int(height * (items.index(item) + 0.5) / len(items)))
+        left, top, width, height = self.desktop.geometry(popup)
+        self.desktop.click(left + width // 3, top + int(height * (items.index(item) + 0.5) / len(items)))
         wait_for(lambda: not self.popup(), f"the end of the list with {item}")
 
     def open_page(self, page):
@@ -174,16 +178,19 @@ class Nubaria:
     def ask_to_finish(self):
         self.click(FINISH)
         question = wait_for(lambda: self.find(QUESTION), "the question")
-        wait_for(lambda: active_window() == question, "the question to become active")
+        wait_for(lambda: self.desktop.active_window() == question, "the question to become active")
 
     def answer(self, key):
-        press(key)
+        self.desktop.press(key)
         wait_for(lambda: not self.find(QUESTION), "the end of the question")
         self.wait_until_in_front()
 
     def finish(self, expected):
         self.ask_to_finish()
-        self.answer("Return")
+        self.confirm(expected)
+
+    def confirm(self, expected):
+        self.answer("alt+s")  # "Sí": Return is "No"
         self.wait_for_tasks(expected)
         self.wait_for_closed_panel()
 
@@ -200,14 +207,14 @@ class Nubaria:
     # What can be seen
 
     def wait_for_colour(self, place, wanted, what):
-        wait_for(lambda: colour(*self.on_screen(place)) == wanted, what)
+        wait_for(lambda: self.desktop.colour(*self.on_screen(place)) == wanted, what)
 
     def listed(self):
         """What the list looks like, to tell whether it has changed."""
-        return signature(self.corner[0] + LIST[0], self.corner[1] + LIST[1], *LIST[2:])
+        return self.desktop.signature(self.corner[0] + LIST[0], self.corner[1] + LIST[1], *LIST[2:])
 
     def expect_size(self):
-        size = geometry(self.window)[2:]
+        size = self.desktop.geometry(self.window)[2:]
         if size != (1250, 700):
             raise Failure(f"the window is {size[0]} by {size[1]}")
 

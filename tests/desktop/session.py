@@ -79,7 +79,7 @@ class Session(Desktop):
 
     def start(self):
         self.first = len(self.processes)
-        super().start()
+        self.start_screen()
         address = f"unix:path={self.folders['run']}/bus"
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
         self.spawn("dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={address}")

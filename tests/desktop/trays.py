@@ -3,7 +3,7 @@
 import ctypes
 
 from desks import BAR_HEIGHT, NOTICE_TIME, SCREEN_HEIGHT, Desk, middle, window_after
-from desktop import Failure, click, geometry, press, run, wait_for
+from desktop import LEFT, RIGHT, Failure, click, geometry, run, wait_for
 
 NOTIFICATIONS_PATH, DAEMON = "/org/freedesktop/Notifications", "org.dunstproject.cmd0"
 NOTIFICATIONS, WATCHER = "org.freedesktop.Notifications", "org.kde.StatusNotifierWatcher"
@@ -65,31 +65,34 @@ class Tray(Desk):
     def expect_own_icon(self):
         wait_for(self.own_icon, "the program's own picture in the tray")
 
-    def click_icon(self, *ways):
+    def click_icon(self, button=LEFT, times=1):
         self.dismiss()
-        left, top = wait_for(self.icon, "the icon")
-        run("xdotool", "mousemove", str(left), str(top), "click", *ways)
+        self.session.click(*wait_for(self.icon, "the icon"), button, times)
 
     def open_menu(self):
         """Opens it and leaves it so; returns where its entries are."""
-        menu = window_after(lambda: self.click_icon("3"))
-        left, top, width, height = geometry(menu)
+        menu, (left, top, width, height) = self.unfold()
         places = [(left + width // 2, top + height * part // 4) for part in (1, 3)]
         self.check_words(places)
         return menu, dict(zip(MENU_WORDS, places))
+
+    def unfold(self):
+        """Has the menu open; returns what tells when it has closed, and where it is."""
+        menu = window_after(lambda: self.click_icon(RIGHT))
+        return menu, geometry(menu)
 
     def check_words(self, places):
         raise NotImplementedError
 
     def choose(self, entry, opened=None):
         menu, places = opened or self.open_menu()
-        click(*places[entry])
+        self.session.click(*places[entry])
         self.wait_until_closed(menu)
 
     def close_menu(self):
         """Opens the menu and closes it, for what is behind everything that was clicked before."""
         menu, _ = self.open_menu()
-        press("Escape")
+        self.session.press("Escape")
         self.wait_until_closed(menu)
 
     def wait_until_closed(self, menu):
@@ -101,15 +104,18 @@ class Notifier(Tray):
 
     def start(self):
         super().start()
-        folder = self.session.folders["config"]
-        (folder / "dunstrc").write_text(DAEMON_SETTINGS, encoding="utf-8")
-        panel = folder / "xfce4" / "xfconf" / "xfce-perchannel-xml" / "xfce4-panel.xml"
-        panel.parent.mkdir(parents=True, exist_ok=True)
-        panel.write_text(PANEL_SETTINGS, encoding="utf-8")
-        self.session.spawn("dunst", "-config", str(folder / "dunstrc"))
+        settings = self.session.folders["config"] / "dunstrc"
+        settings.write_text(DAEMON_SETTINGS, encoding="utf-8")
+        self.session.spawn("dunst", "-config", str(settings))
         wait_for(lambda: self.session.bus.process(NOTIFICATIONS), "the notification daemon")
-        self.session.spawn("xfce4-panel", "--disable-wm-check")
+        self.start_panel()
         wait_for(lambda: self.ask_watcher("IsStatusNotifierHostRegistered"), "the tray")
+
+    def start_panel(self):
+        settings = self.session.folders["config"] / "xfce4" / "xfconf" / "xfce-perchannel-xml" / "xfce4-panel.xml"
+        settings.parent.mkdir(parents=True, exist_ok=True)
+        settings.write_text(PANEL_SETTINGS, encoding="utf-8")
+        self.session.spawn("xfce4-panel", "--disable-wm-check")
 
     # Notices
 

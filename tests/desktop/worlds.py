@@ -1,7 +1,7 @@
 #!/usr/bin/python3 -B
-"""A user's days with the built program on three kinds of desktop: what its tray icon, notices and reminders do there.
+"""A user's days with the built program on four kinds of desktop: what its tray icon, notices and reminders do there.
 
-Usage: worlds.py PROGRAM PICTURES [notifier|embedder|bare]...
+Usage: worlds.py PROGRAM PICTURES [notifier|embedder|bare|wayland|wayland-2x]...
 
 Each desktop is a display, a message bus and folders of its own. Prints a line for each step and leaves a picture of
 the screen after it. Ends with 1 and one line on the first step that fails. Needs the Debian packages of
@@ -13,16 +13,36 @@ import signal
 import sys
 import tempfile
 import time
+from functools import partial
 from pathlib import Path
+from typing import Callable, NamedTuple
 
+from compositor import WaylandSession
 from days import Days
 from desks import Desk
-from desktop import Failure, picture
+from desktop import Failure
 from resident import Resident
 from session import Session, adopt_orphans
 from trays import Embedder, Notifier
+from wayland import Bar, Guest, WaylandDays
 
-WORLDS = {"notifier": Notifier, "embedder": Embedder, "bare": Desk}
+
+class World(NamedTuple):
+    """What a world is made of."""
+
+    desk: Callable
+    session: Callable = Session
+    resident: Callable = Resident
+    days: Callable = Days
+
+
+WORLDS = {
+    "notifier": World(Notifier),
+    "embedder": World(Embedder),
+    "bare": World(Desk),
+    "wayland": World(Bar, WaylandSession, Guest, WaylandDays),
+    "wayland-2x": World(Bar, partial(WaylandSession, scale=2), Guest, WaylandDays),
+}
 
 
 def tell(world, days, pictures):
@@ -36,9 +56,10 @@ def tell(world, days, pictures):
             if complaints:
                 raise Failure(f"the program says: {complaints}")
         except Failure as failure:
-            picture(pictures / "failure.png")
+            days.session.picture(pictures / "failure.png")
             raise Failure(f"{world}, step {number}, {name}: {failure} ({days.nubaria.state()})") from None
-        picture(pictures / f"{number:02}-{step.replace('_', '-')}.png")
+        days.session.picture(pictures / f"{number:02}-{step.replace('_', '-')}.png")
+        days.tidy_up()
         remarks = ", ".join(dict.fromkeys(days.desk.remarks))
         print(f"{world}: {number:2} {name}" + (f": {remarks}" if remarks else ""), flush=True)
         days.desk.remarks.clear()
@@ -52,16 +73,17 @@ def visit(world, program, pictures):
         former.unlink()
     folder = Path(tempfile.mkdtemp(prefix="nw"))
     begin = time.monotonic()
-    session = Session(folder, program)
+    kind = WORLDS[world]
+    session = kind.session(folder, program)
     try:
-        nubaria = Resident(str(program), session)
-        desk = WORLDS[world](session, nubaria)
+        nubaria = kind.resident(str(program), session)
+        desk = kind.desk(session, nubaria)
         try:
             session.start()
             desk.start()
         except Failure as failure:
             raise Failure(f"{world}, before the first step: {failure}") from None
-        count = tell(world, Days(nubaria, desk), pictures)
+        count = tell(world, kind.days(nubaria, desk), pictures)
     finally:
         session.end()
         shutil.rmtree(folder)

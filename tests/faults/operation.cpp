@@ -3,6 +3,7 @@
 // window shows.
 
 #include "support/isolation.h"
+#include "support/silentnetwork.h"
 #include "support/taskform.h"
 #include "support/window.h"
 

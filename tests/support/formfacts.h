@@ -28,7 +28,7 @@ public:
     QJsonObject table(const QString &name) const { return m_root[name].toObject(); }
 
     /**
-     * What the widget's style sheet lacks of a style of the table, or holds against it.
+     * What the widget's style sheet lacks of a style of the table, or has beside it.
      *
      * A style lists, by selector, declarations ("width: 8px") or parts of one ("#d199e5", "color: rgb(*").
      * The selector is part of one in the sheet, or all of it after "=". "base" stands for the widget itself,

@@ -14,6 +14,14 @@ const QString organisation = u"Quenoli"_s;
 const QString mainStore = u"Quenoli"_s;
 const QString themeStore = u"QuenoliTheme"_s;
 
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        qFatal("cannot write a file of the test");
+    }
+}
+
 QVariant storedValue(const QString &application, const QString &key)
 {
     QSettings store(organisation, application);
@@ -50,10 +58,14 @@ QString home::taskFile()
 
 void home::writeBytes(const QByteArray &bytes)
 {
-    QFile file(taskFile());
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("cannot write the task file of the test");
-    }
+    writeFile(taskFile(), bytes);
+}
+
+QString home::writePicture(const QByteArray &bytes)
+{
+    const QString path = QDir::homePath() + "/foto.png"_L1;
+    writeFile(path, bytes);
+    return path;
 }
 
 QByteArray home::bytes()

@@ -31,6 +31,9 @@ QJsonObject record(const QString &id, const QString &title);
 /// A record in which every text is another, with accents, for cases that compare it whole.
 QJsonObject completeRecord();
 
+/// Writes a file that a picture is looked for in. \return its path.
+QString writePicture(const QByteArray &bytes);
+
 /// A stored preference, read afresh from disk; invalid when absent.
 QVariant preference(const QString &key);
 QVariant themePreference(const QString &key);

@@ -2,8 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QNetworkProxy>
-#include <QStandardPaths>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -47,14 +45,4 @@ Isolation::Isolation()
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-}
-
-SilentNetwork::SilentNetwork()
-{
-    m_proxy.setProxy(QNetworkProxy::NoProxy);
-    if (!m_proxy.listen(QHostAddress::LocalHost)) {
-        qFatal("no local port for the test");
-    }
-    QNetworkProxy::setApplicationProxy(
-        QNetworkProxy(QNetworkProxy::HttpProxy, u"127.0.0.1"_s, m_proxy.serverPort()));
 }

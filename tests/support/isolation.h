@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QTcpServer>
 #include <QTemporaryDir>
 
 #ifdef Q_OS_WIN
@@ -25,16 +24,4 @@ private:
 #ifdef Q_OS_WIN
     OtherAccount m_account;
 #endif
-};
-
-/// Sends every request of the process to a proxy that never answers: no network, and no failure to report
-/// either.
-class SilentNetwork final
-{
-    Q_DISABLE_COPY_MOVE(SilentNetwork)
-public:
-    SilentNetwork();
-
-private:
-    QTcpServer m_proxy;
 };

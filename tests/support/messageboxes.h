@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 #include <QMessageBox>
 #include <QObject>
@@ -15,7 +16,7 @@ struct ShownBox
     QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
     QString styleSheet;
     QImage picture;
-    bool hasParent = false;
+    QByteArray parent; ///< the class of the widget it belongs to; empty without one
 };
 
 /**
@@ -32,6 +33,10 @@ public:
 
     const QList<ShownBox> &shown() const;
 
+Q_SIGNALS:
+    /// A box is open, and not yet answered.
+    void opened(const ShownBox &box);
+
 private:
     void answerOpenBox();
 
@@ -40,7 +45,7 @@ private:
     QTimer m_poll;
 };
 
-/// Fails the case unless the box showed this, with OK alone, and belonged to a window.
+/// Fails the case unless the box showed this, with OK alone, and belonged to the main window.
 void compareBox(const ShownBox &box, QMessageBox::Icon icon, const QString &title, const QString &text);
 
 /// Fails the case unless that box was the only one.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/patience.h"
+
 #include <QList>
 #include <QProcess>
 #include <QTcpServer>
@@ -8,9 +10,6 @@
 #include <csignal>
 #include <memory>
 #include <vector>
-
-/// How long to wait for a process to do what it should, in milliseconds: a busy machine starts one slowly.
-inline constexpr int patience = 20000;
 
 /**
  * One user's session: home, settings and temporary folder of its own, and the copies of the program that were

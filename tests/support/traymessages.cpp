@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QList<TrayMessage> &recorded()
@@ -50,4 +52,11 @@ void traymessages::compareOnly(const QString &title, const QString &text)
     QCOMPARE(message.title, title);
     QCOMPARE(message.text, text);
     QVERIFY(message == TrayMessage({title, text, QSystemTrayIcon::Information, 10000, true}));
+}
+
+QList<TrayMessage> traymessages::announcement(const QString &version)
+{
+    return {{u"Nueva versión encontrada"_s,
+        u"La actualización de la versión V"_s + version + u" está disponible para ser instalada."_s,
+        QSystemTrayIcon::Information, 10000, true}};
 }

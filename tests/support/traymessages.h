@@ -22,6 +22,9 @@ void clear();
 QList<TrayMessage> all();
 QList<TrayMessage> titled(const QString &title);
 
+/// What tells of this version.
+QList<TrayMessage> announcement(const QString &version);
+
 /// Fails the case unless this was the only message, given as every message of the program is.
 void compareOnly(const QString &title, const QString &text);
 

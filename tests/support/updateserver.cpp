@@ -1,5 +1,7 @@
 #include "support/updateserver.h"
 
+#include "core/updatecheck.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFile>
@@ -61,7 +63,7 @@ UpdateServer::~UpdateServer()
 
 QByteArray UpdateServer::host()
 {
-    return NUBARIA_UPDATE_HOST;
+    return versionDocumentUrl().host().toLatin1();
 }
 
 void UpdateServer::answerWith(const QByteArray &response)
@@ -163,6 +165,11 @@ QByteArray http::redirect(const QByteArray &location)
 ReplyWatch::ReplyWatch()
 {
     QCoreApplication::instance()->installEventFilter(this);
+}
+
+QNetworkReply *ReplyWatch::first() const
+{
+    return m_replies.value(0);
 }
 
 int ReplyWatch::alive() const

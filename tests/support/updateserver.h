@@ -88,6 +88,8 @@ public:
     int made() const { return int(m_replies.size()); }
     /// Those that came to their deferred deletion.
     int released() const { return m_released; }
+    /// The first one that was made, while it exists.
+    QNetworkReply *first() const;
     /// Those that exist.
     int alive() const;
 

@@ -1,5 +1,6 @@
 #include "support/window.h"
 
+#include <QPropertyAnimation>
 #include <QSignalSpy>
 #include <QVariantAnimation>
 
@@ -13,4 +14,10 @@ bool waitForSlides()
     QSignalSpy finished(&last, &QVariantAnimation::finished);
     last.start();
     return finished.wait();
+}
+
+QRect bannerOf(const MainWindow &window)
+{
+    const bool slides = !window.findChildren<QPropertyAnimation *>().isEmpty();
+    return slides ? QRect() : widget(window, "FrameUpdater")->geometry();
 }

@@ -2,6 +2,7 @@
 
 #include "mainwindow/mainwindow.h"
 
+#include <QDir>
 #include <QListView>
 #include <QMetaObject>
 #include <QPushButton>
@@ -26,6 +27,12 @@ void callSlot(MainWindow &window, const char *slot, const Arguments &...argument
             QArgument<Arguments>(QMetaType::fromType<Arguments>().name(), arguments)...)) {
         qFatal("no slot %s", slot);
     }
+}
+
+/// The file on which the window listens for further starts.
+inline QString serverSocket()
+{
+    return QDir::temp().filePath(QStringLiteral("QuenoliIPC"));
 }
 
 /// Clicks the button of this name.
@@ -61,11 +68,18 @@ inline QWidget *advice(const MainWindow &window)
 inline constexpr QRect openPanel(0, 0, 1010, 700);
 inline constexpr QRect closedPanel(1010, 0, 1010, 700);
 
+/// Where the update banner rests.
+inline constexpr QRect openBanner(10, 595, 220, 90);
+inline constexpr QRect closedBanner(-230, 595, 220, 90);
+
 /// Where the panel with a task's details is.
 inline QRect panelPlace(const MainWindow &window)
 {
     return widget(window, "TaskDetail")->geometry();
 }
+
+/// Where the update banner rests; nowhere while it slides.
+QRect bannerOf(const MainWindow &window);
 
 /// Waits until every slide of the panel that has begun is over; false if that takes too long.
 bool waitForSlides();

@@ -1,0 +1,545 @@
+#include "support/home.h"
+#include "support/messageboxes.h"
+#include "support/traymessages.h"
+#include "support/window.h"
+#include "support/windowtest.h"
+
+#include <QAbstractItemView>
+#include <QAccessible>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTextEdit>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int taskCount = 30;
+
+void press(const MainWindow &window, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+{
+    QTest::keyClick(window.windowHandle(), key, modifiers);
+}
+
+QString focused(const MainWindow &window)
+{
+    return window.focusWidget() ? window.focusWidget()->objectName() : QString();
+}
+
+QString textOf(const MainWindow &window, const char *edit)
+{
+    return widget<QLineEdit>(window, edit)->text();
+}
+
+QString shownPage(const MainWindow &window)
+{
+    for (const char *name : {"TasksPage", "NewTasksPage", "ProfilePage", "SettingsPage", "PatchPage"}) {
+        if (widget(window, name)->isVisible()) {
+            return QLatin1StringView(name);
+        }
+    }
+    return {};
+}
+
+void fillNewTaskForm(const MainWindow &window)
+{
+    widget<QLineEdit>(window, "TaskTitle")->setText(u"Nueva"_s);
+    widget<QTextEdit>(window, "TaskDescription")->setPlainText(u"con detalle"_s);
+    widget<QComboBox>(window, "CategoryTaskBox")->setCurrentIndex(0);
+    widget<QComboBox>(window, "UrgencyTaskBox")->setCurrentIndex(0);
+}
+
+} // namespace
+
+class KeyboardTest final : public WindowTest
+{
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        WindowTest::init();
+        QJsonArray tasks;
+        for (int number = 0; number < taskCount; ++number) {
+            tasks.append(home::record(u"{%1}"_s.arg(number), u"Tarea %1"_s.arg(number)));
+        }
+        home::writeTasks(tasks);
+    }
+
+    void startsInTheSearchField()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+
+        press(window, Qt::Key_P);
+
+        QCOMPARE(textOf(window, "SearchTask"), u"p"_s);
+        QCOMPARE(widget<QComboBox>(window, "OrderNotesBy")->currentIndex(), -1);
+    }
+
+    void opensAPageByItsNumber_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<QByteArray>("button");
+        QTest::newRow("1") << Qt::Key_1 << u"TasksPage"_s << QByteArray("TaskViewButton");
+        QTest::newRow("2") << Qt::Key_2 << u"NewTasksPage"_s << QByteArray("NewTaskViewButton");
+        QTest::newRow("3") << Qt::Key_3 << u"ProfilePage"_s << QByteArray("ProfileViewButton");
+        QTest::newRow("4") << Qt::Key_4 << u"SettingsPage"_s << QByteArray("SettingsViewButton");
+        QTest::newRow("5") << Qt::Key_5 << u"PatchPage"_s << QByteArray("PatchNoticesViewButton");
+    }
+
+    void opensAPageByItsNumber()
+    {
+        QFETCH(Qt::Key, key);
+        QFETCH(QString, page);
+        QFETCH(QByteArray, button);
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        for (const Qt::Key from : {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key_5}) {
+            press(window, from, Qt::ControlModifier);
+
+            press(window, key, Qt::ControlModifier);
+
+            QCOMPARE(shownPage(window), page);
+            QVERIFY(widget<QPushButton>(window, button.constData())->isChecked());
+        }
+    }
+
+    void putsTheCursorIntoTheTitleOfANewTask()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+
+        press(window, Qt::Key_N, Qt::ControlModifier);
+        press(window, Qt::Key_A);
+        QCOMPARE(textOf(window, "TaskTitle"), u"a"_s);
+
+        // And leaves there what has been written.
+        press(window, Qt::Key_Tab);
+        press(window, Qt::Key_N, Qt::ControlModifier);
+        press(window, Qt::Key_B);
+        QCOMPARE(textOf(window, "TaskTitle"), u"ab"_s);
+    }
+
+    void findsTheSearchFieldFromEverywhere_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        for (const char *button : {"TaskViewButton", "NewTaskViewButton", "ProfileViewButton",
+                 "SettingsViewButton", "PatchNoticesViewButton"}) {
+            QTest::newRow(button) << QByteArray(button);
+        }
+        QTest::newRow("open panel") << QByteArray();
+    }
+
+    void findsTheSearchFieldFromEverywhere()
+    {
+        QFETCH(QByteArray, button);
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        if (button.isEmpty()) {
+            selectRow(window, 0);
+            press(window, Qt::Key_Tab);
+        } else {
+            click(window, button.constData());
+            press(window, Qt::Key_Tab);
+        }
+
+        press(window, Qt::Key_F, Qt::ControlModifier);
+
+        QCOMPARE(shownPage(window), u"TasksPage"_s);
+        press(window, Qt::Key_9);
+        QCOMPARE(textOf(window, "SearchTask"), u"9"_s);
+        QTRY_COMPARE(panelPlace(window), closedPanel);
+    }
+
+    void stepsThroughTheRows()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+
+        const QList<QPair<Qt::Key, QString>> steps
+            = {{Qt::Key_Down, u"Tarea 0"_s}, {Qt::Key_Down, u"Tarea 1"_s}, {Qt::Key_Down, u"Tarea 2"_s},
+                {Qt::Key_Up, u"Tarea 1"_s}, {Qt::Key_Up, u"Tarea 0"_s}, {Qt::Key_Up, u"Tarea 0"_s}};
+        for (const auto &[key, title] : steps) {
+            press(window, key);
+            QCOMPARE(textOf(window, "TaskTitleView"), title);
+            QCOMPARE(focused(window), u"TaskDetail"_s);
+        }
+        QTRY_COMPARE(panelPlace(window), openPanel);
+
+        // From the field the same, after the panel was closed, and in what was found.
+        press(window, Qt::Key_Escape);
+        press(window, Qt::Key_Down);
+        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 1"_s);
+        press(window, Qt::Key_F, Qt::ControlModifier);
+        QTest::keyClicks(widget(window, "SearchTask"), u"2"_s);
+        press(window, Qt::Key_Down);
+        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 2"_s);
+        press(window, Qt::Key_Down);
+        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 12"_s);
+    }
+
+    void stepsByPages()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        press(window, Qt::Key_Down);
+
+        press(window, Qt::Key_PageDown);
+        const int row = taskList(window)->currentIndex().row();
+        QVERIFY2(row >= 10 && row <= 14, qPrintable(QString::number(row)));
+        for (int page = 0; page < 3; ++page) {
+            press(window, Qt::Key_PageDown);
+        }
+        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 29"_s);
+        QVERIFY(taskList(window)->viewport()->rect().contains(
+            taskList(window)->visualRect(taskList(window)->currentIndex()).center()));
+
+        press(window, Qt::Key_PageUp);
+        QCOMPARE(taskList(window)->currentIndex().row(), taskCount - 1 - row);
+        for (int page = 0; page < 3; ++page) {
+            press(window, Qt::Key_PageUp);
+        }
+        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 0"_s);
+    }
+
+    void opensARowAnew()
+    {
+        home::writeTasks({home::record(u"{a}"_s, u"Sola"_s)});
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp}) {
+            press(window, key);
+            QTRY_COMPARE(panelPlace(window), openPanel);
+            QCOMPARE(textOf(window, "TaskTitleView"), u"Sola"_s);
+            QVERIFY(taskList(window)->selectionModel()->isRowSelected(0));
+            press(window, Qt::Key_Escape);
+            QTRY_COMPARE(panelPlace(window), closedPanel);
+        }
+    }
+
+    void stepsThroughNothing()
+    {
+        home::writeTasks({});
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp}) {
+            press(window, key);
+            QCOMPARE(focused(window), u"SearchTask"_s);
+        }
+        QCOMPARE(panelPlace(window), closedPanel);
+    }
+
+    void keepsTheArrowsOfOtherFields()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        selectRow(window, 3);
+        auto *urgency = widget<QComboBox>(window, "UrgencyTaskBoxView");
+        urgency->setCurrentIndex(1);
+        urgency->setFocus();
+        press(window, Qt::Key_Down);
+        QCOMPARE(urgency->currentIndex(), 2);
+        auto *description = widget<QTextEdit>(window, "TaskDescriptionView");
+        description->setPlainText(u"uno\ndos"_s);
+        description->setFocus();
+        press(window, Qt::Key_Down);
+        QCOMPARE(description->textCursor().blockNumber(), 1);
+        widget(window, "TaskTitleView")->setFocus();
+        press(window, Qt::Key_Down);
+
+        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 3"_s);
+        QCOMPARE(focused(window), u"TaskTitleView"_s);
+    }
+
+    void movesIntoThePanelOfATask()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        press(window, Qt::Key_T);
+        const QStringList listed = shownTitles(window);
+
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
+            taskList(window)->viewport()->mapTo(
+                &window, taskList(window)->visualRect(taskList(window)->model()->index(2, 0)).center()));
+        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 2"_s);
+        for (const Qt::Key key :
+            {Qt::Key_X, Qt::Key_Space, Qt::Key_Return, Qt::Key_Delete, Qt::Key_Backspace}) {
+            press(window, key);
+        }
+
+        QCOMPARE(focused(window), u"TaskDetail"_s);
+        QCOMPARE(textOf(window, "SearchTask"), u"t"_s);
+        QCOMPARE(shownTitles(window), listed);
+        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 2"_s);
+        press(window, Qt::Key_Tab);
+        QCOMPARE(focused(window), u"TaskTitleView"_s);
+        press(window, Qt::Key_Y);
+        press(window, Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(home::tasks().at(2)["title"_L1].toString(), u"y"_s);
+    }
+
+    void movesBackToTheSearchField_data()
+    {
+        QTest::addColumn<QByteArray>("way");
+        for (const char *way : {"CloseDetailTaskBtn", "UpdateTaskBtn", "FinishTaskBtn", "Escape"}) {
+            QTest::newRow(way) << QByteArray(way);
+        }
+    }
+
+    void movesBackToTheSearchField()
+    {
+        QFETCH(QByteArray, way);
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        for (const char *from : {"TaskDetail", "TaskDescriptionView", "UpdateTaskBtn"}) {
+            selectRow(window, from[0] == 'U' ? 1 : 0);
+            press(window, Qt::Key_Down);
+            widget(window, from)->setFocus();
+            const MessageBoxes boxes(QMessageBox::Yes);
+
+            way == "Escape" ? press(window, Qt::Key_Escape) : click(window, way.constData());
+
+            QCOMPARE(focused(window), u"SearchTask"_s);
+            QTRY_COMPARE(panelPlace(window), closedPanel);
+        }
+    }
+
+    void emptiesTheSearchField()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        press(window, Qt::Key_9);
+        QCOMPARE(shownTitles(window), QStringList({u"Tarea 9"_s, u"Tarea 19"_s, u"Tarea 29"_s}));
+
+        press(window, Qt::Key_Escape);
+
+        QCOMPARE(textOf(window, "SearchTask"), QString());
+        QCOMPARE(shownTitles(window).size(), taskCount);
+        press(window, Qt::Key_Escape);
+        QCOMPARE(focused(window), u"SearchTask"_s);
+    }
+
+    void closesAnOpenListAndNotThePanel()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        press(window, Qt::Key_Down);
+        QTRY_COMPARE(panelPlace(window), openPanel);
+        auto *category = widget<QComboBox>(window, "CategoryTaskBoxView");
+        category->setFocus();
+        category->showPopup();
+        QTRY_VERIFY(category->view()->isVisible());
+
+        press(window, Qt::Key_Escape);
+
+        QTRY_VERIFY(!category->view()->isVisible());
+        QVERIFY(waitForSlides());
+        QCOMPARE(panelPlace(window), openPanel);
+    }
+
+    void savesANewTask()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        press(window, Qt::Key_N, Qt::ControlModifier);
+        fillNewTaskForm(window);
+
+        press(window, Qt::Key_S, Qt::ControlModifier);
+
+        QCOMPARE(home::tasks().size(), taskCount + 1);
+        QCOMPARE(home::tasks().last()["title"_L1].toString(), u"Nueva"_s);
+        QCOMPARE(shownPage(window), u"TasksPage"_s);
+        QCOMPARE(focused(window), u"SearchTask"_s);
+    }
+
+    void updatesATask()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        press(window, Qt::Key_Down);
+        press(window, Qt::Key_Tab);
+        press(window, Qt::Key_Z);
+
+        press(window, Qt::Key_S, Qt::ControlModifier);
+
+        QCOMPARE(home::tasks().first()["title"_L1].toString(), u"z"_s);
+        traymessages::compareOnly(u"Tarea actualizada"_s, u"La tarea 'z' ha sido actualizada."_s);
+        // The panel that slides away counts no more.
+        press(window, Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(traymessages::all().size(), 1);
+    }
+
+    void savesNothingElse()
+    {
+        const QByteArray bytes = home::bytes();
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const MessageBoxes boxes;
+        for (const Qt::Key page : {Qt::Key_1, Qt::Key_3, Qt::Key_4, Qt::Key_5}) {
+            press(window, page, Qt::ControlModifier);
+            for (const Qt::Key key : {Qt::Key_S, Qt::Key_T, Qt::Key_L}) {
+                press(window, key, Qt::ControlModifier);
+            }
+        }
+
+        QCOMPARE(home::bytes(), bytes);
+        QCOMPARE(boxes.shown().size(), 0);
+        QCOMPARE(traymessages::all().size(), 0);
+    }
+
+    void finishesATask()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        press(window, Qt::Key_Down);
+        press(window, Qt::Key_Down);
+        const MessageBoxes boxes(QMessageBox::Yes);
+
+        press(window, Qt::Key_T, Qt::ControlModifier);
+
+        QCOMPARE(boxes.shown().size(), 1);
+        QCOMPARE(home::tasks().size(), taskCount - 1);
+        QCOMPARE(home::tasks().at(1)["title"_L1].toString(), u"Tarea 2"_s);
+    }
+
+    void clearsTheForm()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        fillNewTaskForm(window);
+        press(window, Qt::Key_L, Qt::ControlModifier); // not on this page
+        QCOMPARE(textOf(window, "TaskTitle"), u"Nueva"_s);
+        press(window, Qt::Key_2, Qt::ControlModifier);
+
+        press(window, Qt::Key_L, Qt::ControlModifier);
+
+        QCOMPARE(textOf(window, "TaskTitle"), QString());
+        QCOMPARE(widget<QComboBox>(window, "UrgencyTaskBox")->currentIndex(), -1);
+        QCOMPARE(shownPage(window), u"NewTasksPage"_s);
+    }
+
+    void takesNoStandardKeyOfATextField()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        press(window, Qt::Key_2, Qt::ControlModifier);
+        const QList<Qt::Key> keys = {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key_5, Qt::Key_N,
+            Qt::Key_F, Qt::Key_S, Qt::Key_T, Qt::Key_L};
+        for (const char *field : {"TaskTitle", "TaskDescription", "DateLimitTask"}) {
+            for (const Qt::Key key : keys) {
+                // A field that wants a key for itself accepts this.
+                QKeyEvent event(QEvent::ShortcutOverride, key, Qt::ControlModifier);
+                event.ignore();
+                QCoreApplication::sendEvent(widget(window, field), &event);
+                QVERIFY2(!event.isAccepted(), field);
+            }
+        }
+    }
+
+    void namesTheKeys_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        QTest::addColumn<QString>("toolTip");
+        QTest::addColumn<QString>("told");
+        const auto row = [](const char *button, const QString &toolTip, const QString &told) {
+            QTest::newRow(button) << QByteArray(button) << toolTip << told;
+        };
+        row("TaskViewButton", u"Lista de tareas (Ctrl+1)"_s,
+            u"Abre la página con la lista de tareas. Tecla: Ctrl+1."_s);
+        row("NewTaskViewButton", u"Nueva tarea (Ctrl+2)"_s,
+            u"Abre la página para escribir una tarea nueva. Tecla: Ctrl+2."_s);
+        row("ProfileViewButton", u"Perfil (Ctrl+3)"_s, u"Abre la página de tu perfil. Tecla: Ctrl+3."_s);
+        row("SettingsViewButton", u"Ajustes (Ctrl+4)"_s, u"Abre la página de los ajustes. Tecla: Ctrl+4."_s);
+        row("PatchNoticesViewButton", u"Notas de parche (Ctrl+5)"_s,
+            u"Abre la página con las notas de esta versión. Tecla: Ctrl+5."_s);
+        row("SaveTaskButton", u"Guardar tarea (Ctrl+S)"_s,
+            u"Guarda la tarea y vuelve a la lista de tareas. Tecla: Ctrl+S."_s);
+        row("UpdateTaskBtn", u"Actualizar tarea (Ctrl+S)"_s,
+            u"Guarda los cambios de la tarea. Tecla: Ctrl+S."_s);
+        row("FinishTaskBtn", u"Finalizar tarea (Ctrl+T)"_s,
+            u"Finaliza la tarea y la elimina de la lista, después de preguntar. Tecla: Ctrl+T."_s);
+        row("CleanTaskButton", u"Limpiar campos (Ctrl+L)"_s,
+            u"Borra lo escrito sin salir de esta página. Tecla: Ctrl+L."_s);
+        row("CloseDetailTaskBtn", u"Cerrar los detalles (Esc)"_s,
+            u"Vuelve a la lista sin guardar los cambios. Tecla: Esc."_s);
+    }
+
+    void namesTheKeys()
+    {
+        QFETCH(QByteArray, button);
+        QFETCH(QString, toolTip);
+        QFETCH(QString, told);
+        const MainWindow window;
+
+        QCOMPARE(widget(window, button.constData())->toolTip(), toolTip);
+        const auto *accessible = QAccessible::queryAccessibleInterface(widget(window, button.constData()));
+        QCOMPARE(accessible->text(QAccessible::Description), told);
+    }
+
+    void showsTheBeginningOfATitle()
+    {
+        home::writeTasks({home::record(u"{a}"_s, u"Uno "_s.repeated(200))});
+        MainWindow window;
+        const auto *title = widget<QLineEdit>(window, "TaskTitleView");
+
+        selectRow(window, 0);
+        QCOMPARE(title->cursorPosition(), 0);
+
+        click(window, "CloseDetailTaskBtn");
+        Q_EMIT taskList(window)->doubleClicked(taskList(window)->model()->index(0, 0));
+        QCOMPARE(title->cursorPosition(), 0);
+    }
+
+    void keepsTheFocusOutOfSightNowhere()
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const QList<QPair<const char *, QString>> pages = {{"NewTaskViewButton", u"TaskTitle"_s},
+            {"TaskViewButton", u"SearchTask"_s}, {"SettingsViewButton", u"SettingsPage"_s},
+            {"ProfileViewButton", u"ProfilePage"_s}, {"PatchNoticesViewButton", u"PatchPage"_s}};
+        for (const auto &[button, place] : pages) {
+            click(window, button);
+            QCOMPARE(focused(window), place);
+        }
+        // From the tray, and after the window was hidden with a field in use.
+        callSlot(window, "trayIconActivated", QSystemTrayIcon::DoubleClick);
+        QCOMPARE(focused(window), u"SearchTask"_s);
+        selectRow(window, 0);
+        press(window, Qt::Key_Tab);
+        QCOMPARE(focused(window), u"TaskTitleView"_s);
+        window.hide();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QCOMPARE(focused(window), u"TaskTitleView"_s);
+        window.hide();
+        callSlot(window, "onSettingsViewButtonClicked");
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QCOMPARE(focused(window), u"SettingsPage"_s);
+    }
+};
+
+NUBARIA_TEST_MAIN(KeyboardTest)
+#include "keyboardtest.moc"
