@@ -4,11 +4,11 @@
 #include "mainwindow/instance.h"
 #include "ui_mainwindow.h"
 #include "widgets/accessibility.h"
+#include "widgets/datetyping.h"
 #include "widgets/doubleclickguard.h"
 #include "widgets/dropshadow.h"
 #include "widgets/fleetingmenu.h"
 #include "widgets/titledelegate.h"
-#include "widgets/typeddate.h"
 #include "widgets/wholeswitch.h"
 
 #include <QAction>

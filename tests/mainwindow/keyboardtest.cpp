@@ -1,4 +1,6 @@
 #include "support/home.h"
+#include "support/keyboard.h"
+#include "support/listedtasks.h"
 #include "support/messageboxes.h"
 #include "support/traymessages.h"
 #include "support/window.h"
@@ -14,23 +16,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-constexpr int taskCount = 30;
-
-void press(const MainWindow &window, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-{
-    QTest::keyClick(window.windowHandle(), key, modifiers);
-}
-
-QString focused(const MainWindow &window)
-{
-    return window.focusWidget() ? window.focusWidget()->objectName() : QString();
-}
-
-QString textOf(const MainWindow &window, const char *edit)
-{
-    return widget<QLineEdit>(window, edit)->text();
-}
 
 QString shownPage(const MainWindow &window)
 {
@@ -59,23 +44,7 @@ private slots:
     void init()
     {
         WindowTest::init();
-        QJsonArray tasks;
-        for (int number = 0; number < taskCount; ++number) {
-            tasks.append(home::record(u"{%1}"_s.arg(number), u"Tarea %1"_s.arg(number)));
-        }
-        home::writeTasks(tasks);
-    }
-
-    void startsInTheSearchField()
-    {
-        MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-
-        press(window, Qt::Key_P);
-
-        QCOMPARE(textOf(window, "SearchTask"), u"p"_s);
-        QCOMPARE(widget<QComboBox>(window, "OrderNotesBy")->currentIndex(), -1);
+        home::writeTasks(manyTasks());
     }
 
     void opensAPageByItsNumber_data()
@@ -96,8 +65,7 @@ private slots:
         QFETCH(QString, page);
         QFETCH(QByteArray, button);
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         for (const Qt::Key from : {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key_5}) {
             press(window, from, Qt::ControlModifier);
 
@@ -111,8 +79,7 @@ private slots:
     void putsTheCursorIntoTheTitleOfANewTask()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
 
         press(window, Qt::Key_N, Qt::ControlModifier);
         press(window, Qt::Key_A);
@@ -139,8 +106,7 @@ private slots:
     {
         QFETCH(QByteArray, button);
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         if (button.isEmpty()) {
             selectRow(window, 0);
             press(window, Qt::Key_Tab);
@@ -157,178 +123,17 @@ private slots:
         QTRY_COMPARE(panelPlace(window), closedPanel);
     }
 
-    void stepsThroughTheRows()
-    {
-        MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-
-        const QList<QPair<Qt::Key, QString>> steps
-            = {{Qt::Key_Down, u"Tarea 0"_s}, {Qt::Key_Down, u"Tarea 1"_s}, {Qt::Key_Down, u"Tarea 2"_s},
-                {Qt::Key_Up, u"Tarea 1"_s}, {Qt::Key_Up, u"Tarea 0"_s}, {Qt::Key_Up, u"Tarea 0"_s}};
-        for (const auto &[key, title] : steps) {
-            press(window, key);
-            QCOMPARE(textOf(window, "TaskTitleView"), title);
-            QCOMPARE(focused(window), u"TaskDetail"_s);
-        }
-        QTRY_COMPARE(panelPlace(window), openPanel);
-
-        // From the field the same, after the panel was closed, and in what was found.
-        press(window, Qt::Key_Escape);
-        press(window, Qt::Key_Down);
-        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 1"_s);
-        press(window, Qt::Key_F, Qt::ControlModifier);
-        QTest::keyClicks(widget(window, "SearchTask"), u"2"_s);
-        press(window, Qt::Key_Down);
-        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 2"_s);
-        press(window, Qt::Key_Down);
-        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 12"_s);
-    }
-
-    void stepsByPages()
-    {
-        MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        press(window, Qt::Key_Down);
-
-        press(window, Qt::Key_PageDown);
-        const int row = taskList(window)->currentIndex().row();
-        QVERIFY2(row >= 10 && row <= 14, qPrintable(QString::number(row)));
-        for (int page = 0; page < 3; ++page) {
-            press(window, Qt::Key_PageDown);
-        }
-        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 29"_s);
-        QVERIFY(taskList(window)->viewport()->rect().contains(
-            taskList(window)->visualRect(taskList(window)->currentIndex()).center()));
-
-        press(window, Qt::Key_PageUp);
-        QCOMPARE(taskList(window)->currentIndex().row(), taskCount - 1 - row);
-        for (int page = 0; page < 3; ++page) {
-            press(window, Qt::Key_PageUp);
-        }
-        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 0"_s);
-    }
-
-    void opensARowAnew()
-    {
-        home::writeTasks({home::record(u"{a}"_s, u"Sola"_s)});
-        MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp}) {
-            press(window, key);
-            QTRY_COMPARE(panelPlace(window), openPanel);
-            QCOMPARE(textOf(window, "TaskTitleView"), u"Sola"_s);
-            QVERIFY(taskList(window)->selectionModel()->isRowSelected(0));
-            press(window, Qt::Key_Escape);
-            QTRY_COMPARE(panelPlace(window), closedPanel);
-        }
-    }
-
-    void stepsThroughNothing()
-    {
-        home::writeTasks({});
-        MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp}) {
-            press(window, key);
-            QCOMPARE(focused(window), u"SearchTask"_s);
-        }
-        QCOMPARE(panelPlace(window), closedPanel);
-    }
-
-    void keepsTheArrowsOfOtherFields()
-    {
-        MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        selectRow(window, 3);
-        auto *urgency = widget<QComboBox>(window, "UrgencyTaskBoxView");
-        urgency->setCurrentIndex(1);
-        urgency->setFocus();
-        press(window, Qt::Key_Down);
-        QCOMPARE(urgency->currentIndex(), 2);
-        auto *description = widget<QTextEdit>(window, "TaskDescriptionView");
-        description->setPlainText(u"uno\ndos"_s);
-        description->setFocus();
-        press(window, Qt::Key_Down);
-        QCOMPARE(description->textCursor().blockNumber(), 1);
-        widget(window, "TaskTitleView")->setFocus();
-        press(window, Qt::Key_Down);
-
-        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 3"_s);
-        QCOMPARE(focused(window), u"TaskTitleView"_s);
-    }
-
-    void movesIntoThePanelOfATask()
-    {
-        MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        press(window, Qt::Key_T);
-        const QStringList listed = shownTitles(window);
-
-        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
-            taskList(window)->viewport()->mapTo(
-                &window, taskList(window)->visualRect(taskList(window)->model()->index(2, 0)).center()));
-        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 2"_s);
-        for (const Qt::Key key :
-            {Qt::Key_X, Qt::Key_Space, Qt::Key_Return, Qt::Key_Delete, Qt::Key_Backspace}) {
-            press(window, key);
-        }
-
-        QCOMPARE(focused(window), u"TaskDetail"_s);
-        QCOMPARE(textOf(window, "SearchTask"), u"t"_s);
-        QCOMPARE(shownTitles(window), listed);
-        QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 2"_s);
-        press(window, Qt::Key_Tab);
-        QCOMPARE(focused(window), u"TaskTitleView"_s);
-        press(window, Qt::Key_Y);
-        press(window, Qt::Key_S, Qt::ControlModifier);
-        QCOMPARE(home::tasks().at(2)["title"_L1].toString(), u"y"_s);
-    }
-
-    void movesBackToTheSearchField_data()
-    {
-        QTest::addColumn<QByteArray>("way");
-        for (const char *way : {"CloseDetailTaskBtn", "UpdateTaskBtn", "FinishTaskBtn", "Escape"}) {
-            QTest::newRow(way) << QByteArray(way);
-        }
-    }
-
-    void movesBackToTheSearchField()
-    {
-        QFETCH(QByteArray, way);
-        MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        for (const char *from : {"TaskDetail", "TaskDescriptionView", "UpdateTaskBtn"}) {
-            selectRow(window, from[0] == 'U' ? 1 : 0);
-            press(window, Qt::Key_Down);
-            widget(window, from)->setFocus();
-            const MessageBoxes boxes(QMessageBox::Yes);
-
-            way == "Escape" ? press(window, Qt::Key_Escape) : click(window, way.constData());
-
-            QCOMPARE(focused(window), u"SearchTask"_s);
-            QTRY_COMPARE(panelPlace(window), closedPanel);
-        }
-    }
-
     void emptiesTheSearchField()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         press(window, Qt::Key_9);
         QCOMPARE(shownTitles(window), QStringList({u"Tarea 9"_s, u"Tarea 19"_s, u"Tarea 29"_s}));
 
         press(window, Qt::Key_Escape);
 
         QCOMPARE(textOf(window, "SearchTask"), QString());
-        QCOMPARE(shownTitles(window).size(), taskCount);
+        QCOMPARE(shownTitles(window).size(), manyTasks().size());
         press(window, Qt::Key_Escape);
         QCOMPARE(focused(window), u"SearchTask"_s);
     }
@@ -336,8 +141,7 @@ private slots:
     void closesAnOpenListAndNotThePanel()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         press(window, Qt::Key_Down);
         QTRY_COMPARE(panelPlace(window), openPanel);
         auto *category = widget<QComboBox>(window, "CategoryTaskBoxView");
@@ -355,14 +159,13 @@ private slots:
     void savesANewTask()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         press(window, Qt::Key_N, Qt::ControlModifier);
         fillNewTaskForm(window);
 
         press(window, Qt::Key_S, Qt::ControlModifier);
 
-        QCOMPARE(home::tasks().size(), taskCount + 1);
+        QCOMPARE(home::tasks().size(), manyTasks().size() + 1);
         QCOMPARE(home::tasks().last()["title"_L1].toString(), u"Nueva"_s);
         QCOMPARE(shownPage(window), u"TasksPage"_s);
         QCOMPARE(focused(window), u"SearchTask"_s);
@@ -371,8 +174,7 @@ private slots:
     void updatesATask()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         press(window, Qt::Key_Down);
         press(window, Qt::Key_Tab);
         press(window, Qt::Key_Z);
@@ -390,8 +192,7 @@ private slots:
     {
         const QByteArray bytes = home::bytes();
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         const MessageBoxes boxes;
         for (const Qt::Key page : {Qt::Key_1, Qt::Key_3, Qt::Key_4, Qt::Key_5}) {
             press(window, page, Qt::ControlModifier);
@@ -408,8 +209,7 @@ private slots:
     void finishesATask()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         press(window, Qt::Key_Down);
         press(window, Qt::Key_Down);
         const MessageBoxes boxes(QMessageBox::Yes);
@@ -417,15 +217,14 @@ private slots:
         press(window, Qt::Key_T, Qt::ControlModifier);
 
         QCOMPARE(boxes.shown().size(), 1);
-        QCOMPARE(home::tasks().size(), taskCount - 1);
+        QCOMPARE(home::tasks().size(), manyTasks().size() - 1);
         QCOMPARE(home::tasks().at(1)["title"_L1].toString(), u"Tarea 2"_s);
     }
 
     void clearsTheForm()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         fillNewTaskForm(window);
         press(window, Qt::Key_L, Qt::ControlModifier); // not on this page
         QCOMPARE(textOf(window, "TaskTitle"), u"Nueva"_s);
@@ -441,8 +240,7 @@ private slots:
     void takesNoStandardKeyOfATextField()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         press(window, Qt::Key_2, Qt::ControlModifier);
         const QList<Qt::Key> keys = {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key_5, Qt::Key_N,
             Qt::Key_F, Qt::Key_S, Qt::Key_T, Qt::Key_L};
@@ -495,49 +293,6 @@ private slots:
         QCOMPARE(widget(window, button.constData())->toolTip(), toolTip);
         const auto *accessible = QAccessible::queryAccessibleInterface(widget(window, button.constData()));
         QCOMPARE(accessible->text(QAccessible::Description), told);
-    }
-
-    void showsTheBeginningOfATitle()
-    {
-        home::writeTasks({home::record(u"{a}"_s, u"Uno "_s.repeated(200))});
-        MainWindow window;
-        const auto *title = widget<QLineEdit>(window, "TaskTitleView");
-
-        selectRow(window, 0);
-        QCOMPARE(title->cursorPosition(), 0);
-
-        click(window, "CloseDetailTaskBtn");
-        Q_EMIT taskList(window)->doubleClicked(taskList(window)->model()->index(0, 0));
-        QCOMPARE(title->cursorPosition(), 0);
-    }
-
-    void keepsTheFocusOutOfSightNowhere()
-    {
-        MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        const QList<QPair<const char *, QString>> pages = {{"NewTaskViewButton", u"TaskTitle"_s},
-            {"TaskViewButton", u"SearchTask"_s}, {"SettingsViewButton", u"SettingsPage"_s},
-            {"ProfileViewButton", u"ProfilePage"_s}, {"PatchNoticesViewButton", u"PatchPage"_s}};
-        for (const auto &[button, place] : pages) {
-            click(window, button);
-            QCOMPARE(focused(window), place);
-        }
-        // From the tray, and after the window was hidden with a field in use.
-        callSlot(window, "trayIconActivated", QSystemTrayIcon::DoubleClick);
-        QCOMPARE(focused(window), u"SearchTask"_s);
-        selectRow(window, 0);
-        press(window, Qt::Key_Tab);
-        QCOMPARE(focused(window), u"TaskTitleView"_s);
-        window.hide();
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        QCOMPARE(focused(window), u"TaskTitleView"_s);
-        window.hide();
-        callSlot(window, "onSettingsViewButtonClicked");
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        QCOMPARE(focused(window), u"SettingsPage"_s);
     }
 };
 

@@ -126,8 +126,7 @@ private slots:
         QFETCH(QByteArray, field);
         QFETCH(QByteArray, pageButton);
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         widget<QPushButton>(window, pageButton.constData())->click();
         QVERIFY(waitForSlides());
         widget(window, "TaskDetail")->move(0, 0);

@@ -58,8 +58,7 @@ private slots:
         QFETCH(QString, typed);
         QFETCH(QString, stored);
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         click(window, "NewTaskViewButton");
         QVERIFY(waitForSlides());
         fillForm(window);
@@ -84,8 +83,7 @@ private slots:
         QFETCH(QString, stored);
         home::writeTasks({home::completeRecord()});
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         selectRow(window, 0);
         QTRY_COMPARE(panelPlace(window), openPanel);
 

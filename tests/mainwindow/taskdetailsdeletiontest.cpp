@@ -36,8 +36,7 @@ private slots:
     void asksFirst()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         const MessageBoxes boxes(QMessageBox::No);
 
         click(window, "DeleteTaskBtn");

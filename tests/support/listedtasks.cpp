@@ -38,6 +38,15 @@ QStringList urgencyOrder()
     return {u"alfa"_s, u"beta"_s, u"Tarea zeta"_s, u"Alfa"_s};
 }
 
+QJsonArray manyTasks()
+{
+    QJsonArray tasks;
+    for (int number = 0; number < 30; ++number) {
+        tasks.append(home::record(u"{%1}"_s.arg(number), u"Tarea %1"_s.arg(number)));
+    }
+    return tasks;
+}
+
 QString detailOfRow(MainWindow &window, int row)
 {
     auto *detail = widget<QTextEdit>(window, "TaskDescriptionView");

@@ -16,6 +16,9 @@ QStringList fileOrder();
 QStringList titleOrder();
 QStringList urgencyOrder();
 
+/// Thirty tasks, "Tarea 0" to "Tarea 29": more than the list shows at once.
+QJsonArray manyTasks();
+
 /// What the detail panel, or else a box, shows for a row, and with it which task the row stands for.
 QString detailOfRow(MainWindow &window, int row);
 

@@ -2,6 +2,7 @@
 
 #include <QPropertyAnimation>
 #include <QSignalSpy>
+#include <QTest>
 #include <QVariantAnimation>
 
 // Slides begun before are over when this one, as long as they are and begun last, is.
@@ -20,4 +21,10 @@ QRect bannerOf(const MainWindow &window)
 {
     const bool slides = !window.findChildren<QPropertyAnimation *>().isEmpty();
     return slides ? QRect() : widget(window, "FrameUpdater")->geometry();
+}
+
+bool showActive(MainWindow &window)
+{
+    window.show();
+    return QTest::qWaitForWindowActive(&window);
 }

@@ -83,3 +83,6 @@ QRect bannerOf(const MainWindow &window);
 
 /// Waits until every slide of the panel that has begun is over; false if that takes too long.
 bool waitForSlides();
+
+/// Shows the window and waits until it is the active one; false if that takes too long.
+bool showActive(MainWindow &window);
