@@ -1,6 +1,7 @@
 #include "app/singleinstancechecker.h"
 #include "mainwindow/instance.h"
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/screenscale.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -31,7 +32,7 @@ void wakeRunningCopy()
 
 int main(int argc, char *argv[])
 {
-    const QApplication application(argc, argv);
+    const std::unique_ptr<QApplication> application = makeFittingApplication(argc, argv);
     const SingleInstanceChecker checker;
     if (checker.isAlreadyRunning()) {
         wakeRunningCopy();

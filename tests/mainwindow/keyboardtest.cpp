@@ -1,5 +1,5 @@
-#include "support/home.h"
 #include "support/keyboard.h"
+#include "support/home.h"
 #include "support/listedtasks.h"
 #include "support/messageboxes.h"
 #include "support/traymessages.h"
