@@ -1,3 +1,4 @@
+#include "core/manual.h"
 #include "mainwindow/mainwindow.h"
 #include "ui_mainwindow.h"
 #include "widgets/focusframe.h"
@@ -5,6 +6,8 @@
 #include "widgets/keyhandler.h"
 #include "widgets/tabstops.h"
 
+#include <QDesktopServices>
+#include <QMessageBox>
 #include <QShortcut>
 #include <QStringListModel>
 
@@ -29,10 +32,19 @@ void explainKey(QAbstractButton *button, const QString &keys)
     button->setAccessibleDescription(u"%1 Tecla: %2."_s.arg(button->accessibleDescription(), keys));
 }
 
+void openManual(QWidget *window)
+{
+    const QString page = installedManual(QCoreApplication::applicationDirPath());
+    if (page.isEmpty() || !QDesktopServices::openUrl(QUrl::fromLocalFile(page))) {
+        QMessageBox::warning(window, u"Manual"_s, u"No se pudo abrir el manual."_s);
+    }
+}
+
 } // namespace
 
 void MainWindow::setUpKeyboard()
 {
+    addKey(this, u"F1"_s, [this] { openManual(this); });
     addPageKeys();
     addTaskKeys();
     addListKeys();

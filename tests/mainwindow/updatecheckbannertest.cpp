@@ -1,3 +1,4 @@
+#include "support/browser.h"
 #include "support/home.h"
 #include "support/patience.h"
 #include "support/traymessages.h"
@@ -5,45 +6,12 @@
 #include "support/window.h"
 #include "support/windowtest.h"
 
-#include <QDesktopServices>
 #include <QPropertyAnimation>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-/// Stands in for the desktop's browser.
-class Browser final : public QObject
-{
-    Q_OBJECT
-    Q_DISABLE_COPY_MOVE(Browser)
-public:
-    explicit Browser(const QWidget &window)
-        : m_window(window)
-    {
-        QDesktopServices::setUrlHandler(u"https"_s, this, "open");
-    }
-    ~Browser() override { QDesktopServices::unsetUrlHandler(u"https"_s); }
-
-    Q_INVOKABLE void open(const QUrl &url)
-    {
-        m_opened.append(url);
-        m_windowWasVisible = m_window.isVisible();
-    }
-
-    QList<QUrl> opened() const { return m_opened; }
-    bool windowWasVisible() const { return m_windowWasVisible; }
-
-private:
-    const QWidget &m_window;
-    QList<QUrl> m_opened;
-    bool m_windowWasVisible = false;
-};
-
-} // namespace
 
 class UpdateCheckBannerTest final : public WindowTest
 {
@@ -64,7 +32,7 @@ private slots:
         home::setPreference(u"changeClose"_s, hides);
         MainWindow window;
         window.show();
-        const Browser browser(window);
+        const Browser browser(u"https"_s, window);
         const QSignalSpy lastWindowClosed(qApp, &QGuiApplication::lastWindowClosed);
         auto *button = widget<QPushButton>(window, "StartUpdate");
         // The end of the program is only decided while its event loop runs.
@@ -89,7 +57,7 @@ private slots:
         server.answerWith(http::response(http::versionDocument("2.0.2028")));
         MainWindow window;
         window.show();
-        const Browser browser(window);
+        const Browser browser(u"https"_s, window);
         QTRY_COMPARE_WITH_TIMEOUT(bannerOf(window), openBanner, patience);
 
         QTest::mouseClick(widget(window, "CancelUpdate"), Qt::LeftButton);

@@ -1,4 +1,5 @@
 #include "support/home.h"
+#include "support/keyboard.h"
 #include "support/window.h"
 #include "support/windowtest.h"
 
@@ -12,17 +13,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 const QColor darkLine(0x1c, 0x1c, 0x1c);
-
-void showActive(MainWindow &window)
-{
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-}
-
-void press(const MainWindow &window, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-{
-    QTest::keyClick(window.windowHandle(), key, modifiers);
-}
 
 /// The sides of the widget, of four, along which a line can be seen that stands out from what is behind it.
 int framedSides(MainWindow &window, const QWidget &widget)
@@ -49,7 +39,7 @@ private slots:
     {
         MainWindow window;
 
-        showActive(window);
+        QVERIFY(showActive(window));
 
         QVERIFY(!window.findChild<QFocusFrame *>()->isVisible());
     }
@@ -70,7 +60,7 @@ private slots:
         QFETCH(int, palette);
         MainWindow window;
         widget<QComboBox>(window, "ChangeColorTheme")->setCurrentIndex(palette);
-        showActive(window);
+        QVERIFY(showActive(window));
         const QList<QPair<const char *, int>> pages = {{"TaskViewButton", 2}, {"NewTaskViewButton", 9},
             {"ProfileViewButton", 2}, {"SettingsViewButton", 6}};
         for (const auto &[page, stops] : pages) {
@@ -86,7 +76,7 @@ private slots:
     void framesOneWidgetAtATime()
     {
         MainWindow window;
-        showActive(window);
+        QVERIFY(showActive(window));
         press(window, Qt::Key_Tab);
         QCOMPARE(framedSides(window, *widget(window, "OrderNotesBy")), 4);
 
@@ -100,7 +90,7 @@ private slots:
     {
         MainWindow window;
         click(window, "NewTaskViewButton");
-        showActive(window);
+        QVERIFY(showActive(window));
         const QWidget *title = widget(window, "TaskTitle");
         QCOMPARE(framedSides(window, *title), 0);
         press(window, Qt::Key_Tab);
@@ -119,7 +109,7 @@ private slots:
     {
         MainWindow window;
         click(window, "SettingsViewButton");
-        showActive(window);
+        QVERIFY(showActive(window));
         auto *check = widget<QCheckBox>(window, "changeClose");
         QTest::mouseClick(
             window.windowHandle(), Qt::LeftButton, {}, check->mapTo(&window, check->rect().center()));
@@ -137,7 +127,7 @@ private slots:
     {
         MainWindow window;
         click(window, "SettingsViewButton");
-        showActive(window);
+        QVERIFY(showActive(window));
         auto *check = widget<QCheckBox>(window, "AdvancedNotify");
         const QImage before = check->grab().toImage();
 
@@ -152,7 +142,7 @@ private slots:
     {
         home::writeTasks({home::record(u"{a}"_s, u"Uno"_s)});
         MainWindow window;
-        showActive(window);
+        QVERIFY(showActive(window));
         press(window, Qt::Key_Down);
         press(window, Qt::Key_Tab);
 
@@ -167,7 +157,7 @@ private slots:
     void isNoPartOfWhatAssistiveTechnologyIsTold()
     {
         MainWindow window;
-        showActive(window);
+        QVERIFY(showActive(window));
         QAccessibleInterface *page = QAccessible::queryAccessibleInterface(widget(window, "TasksPage"));
         const int children = page->childCount();
 

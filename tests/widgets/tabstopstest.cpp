@@ -1,4 +1,5 @@
 #include "support/home.h"
+#include "support/keyboard.h"
 #include "support/window.h"
 #include "support/windowtest.h"
 
@@ -10,16 +11,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-void press(const MainWindow &window, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-{
-    QTest::keyClick(window.windowHandle(), key, modifiers);
-}
-
-QString focused(const MainWindow &window)
-{
-    return window.focusWidget() ? window.focusWidget()->objectName() : QString();
-}
 
 /// Where Tab, or Shift+Tab, leads until it comes back to where the first one led; every place once.
 QStringList round(const MainWindow &window, bool forwards = true)
@@ -80,8 +71,7 @@ private slots:
         QFETCH(QByteArray, page);
         QFETCH(QStringList, stops);
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         click(window, "PatchNoticesViewButton");
         click(window, page.constData());
 
@@ -95,8 +85,7 @@ private slots:
     void findsNothingToStopAtInTheNotes()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         click(window, "PatchNoticesViewButton");
 
         QCOMPARE(round(window), QStringList{u"PatchPage"_s});
@@ -105,8 +94,7 @@ private slots:
     void includesTheFieldsOfAProfileThatIsBeingEdited()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         click(window, "ProfileViewButton");
         press(window, Qt::Key_Tab);
         press(window, Qt::Key_Tab);
@@ -125,8 +113,7 @@ private slots:
     void staysInThePanelWhileThatIsOpen()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         selectRow(window, 0);
 
         QCOMPARE(round(window), stopsOfThePanel);
@@ -141,8 +128,7 @@ private slots:
     void goesBackFromThePanelItselfToTheArrow()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         selectRow(window, 0);
 
         press(window, Qt::Key_Backtab, Qt::ShiftModifier);
@@ -153,8 +139,7 @@ private slots:
     void includesTheBannerThatHasSlidIn()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         callSlot(window, "showUpdateMessage");
         QTRY_COMPARE(widget(window, "FrameUpdater")->x(), 10);
 
@@ -179,8 +164,7 @@ private slots:
     {
         QFETCH(QByteArray, description);
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         if (description.endsWith("View")) {
             selectRow(window, 0);
         } else {
@@ -200,8 +184,7 @@ private slots:
     void stepsThroughThePartsOfADate()
     {
         MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(showActive(window));
         click(window, "NewTaskViewButton");
         const auto *date = widget<QDateEdit>(window, "DateLimitTask");
         widget(window, "CategoryTaskBox")->setFocus();
