@@ -35,7 +35,7 @@ void explainKey(QAbstractButton *button, const QString &keys)
 void openManual(QWidget *window)
 {
     const QString page = installedManual(QCoreApplication::applicationDirPath());
-    if (page.isEmpty() || !QDesktopServices::openUrl(QUrl::fromLocalFile(page))) {
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(page))) { // nor can an empty one be opened
         QMessageBox::warning(window, u"Manual"_s, u"No se pudo abrir el manual."_s);
     }
 }

@@ -50,6 +50,7 @@ CASES = (
 @contextlib.contextmanager
 def shown_panel(height):
     """A window of the kind that others keep clear of, along the lower edge."""
+    work_area()  # which is told when the window manager is about to look at windows
     screen = display.Display()
     root = screen.screen().root
     size = root.get_geometry()
