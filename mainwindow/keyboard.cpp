@@ -6,6 +6,7 @@
 #include "widgets/keyhandler.h"
 #include "widgets/tabstops.h"
 
+#include <QAccessible>
 #include <QDesktopServices>
 #include <QMessageBox>
 #include <QShortcut>
@@ -139,13 +140,17 @@ void MainWindow::stepThroughRows(int rows)
     const QModelIndex current = ui->TaskListView->currentIndex();
     // From no row, every step leads to the first.
     const int row = current.isValid() ? std::clamp(current.row() + rows, 0, last) : 0;
-    const QModelIndex wanted = taskModel->index(row);
-    if (wanted != current) {
-        ui->TaskListView->setCurrentIndex(wanted);
+    openRow(taskModel->index(row));
+}
+
+void MainWindow::openRow(const QModelIndex &row)
+{
+    if (row != ui->TaskListView->currentIndex()) {
+        ui->TaskListView->setCurrentIndex(row);
     } else if (!detailOpen) {
         // Closing the panel leaves its row the current one, so that nothing would open it again.
-        ui->TaskListView->selectionModel()->select(wanted, QItemSelectionModel::ClearAndSelect);
-        showTaskDetails(wanted);
+        ui->TaskListView->selectionModel()->select(row, QItemSelectionModel::ClearAndSelect);
+        showTaskDetails(row);
     }
 }
 
@@ -205,8 +210,15 @@ void MainWindow::enterTaskDetail()
 {
     detailOpen = true;
     ui->TaskTitleView->home(false);
+    ui->TaskDetail->setAccessibleDescription(ui->TaskTitleView->text());
     // The panel itself: whatever is typed without a look at it changes nothing.
-    ui->TaskDetail->setFocus();
+    if (!ui->TaskDetail->hasFocus()) {
+        ui->TaskDetail->setFocus();
+    } else {
+        // Another task is shown in it: those who listen hear of that as well.
+        QAccessibleEvent event(ui->TaskDetail, QAccessible::Focus);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void MainWindow::leaveTaskDetail()

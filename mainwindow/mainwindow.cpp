@@ -8,6 +8,7 @@
 #include "widgets/doubleclickguard.h"
 #include "widgets/dropshadow.h"
 #include "widgets/fleetingmenu.h"
+#include "widgets/parkedpanel.h"
 #include "widgets/titledelegate.h"
 #include "widgets/wholeswitch.h"
 
@@ -31,6 +32,7 @@ MainWindow::MainWindow(QWidget *parent)
     , themeSettings(preferences::themeStore())
 {
     offerPageButtonsForPressing();
+    tellParkedPanelsAsHidden();
     ui->setupUi(this);
     nameClearButton(ui->SearchTask);
     nameClearButton(ui->TaskTitle);
@@ -75,6 +77,7 @@ MainWindow::MainWindow(QWidget *parent)
     widenSwitches();
     setUpKeyboard();
     guardInput();
+    setUpAssistance();
     if (leaving) {
         // The loop that ended was a box's; the program's own is yet to begin.
         QMetaObject::invokeMethod(this, &MainWindow::leave, Qt::QueuedConnection);

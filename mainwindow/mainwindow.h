@@ -113,6 +113,7 @@ private:
     void widenSwitches();
     void setUpKeyboard();
     void guardInput();
+    void setUpAssistance();
 
     // Navigation and panels.
     QList<QPushButton *> pageButtons() const;
@@ -132,6 +133,7 @@ private:
     void enterTaskDetail();
     void leaveTaskDetail();
     void stepThroughRows(int rows);
+    void openRow(const QModelIndex &row);
     int rowsOfAPage() const;
     QList<QWidget *> tabStops() const;
 

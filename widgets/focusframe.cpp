@@ -81,7 +81,12 @@ bool FocusFrame::eventFilter(QObject *watched, QEvent *event)
     default:
         break;
     }
-    return QFocusFrame::eventFilter(watched, event);
+    const bool used = QFocusFrame::eventFilter(watched, event);
+    // Qt takes the frame away for good when the widget gets another style sheet, as with another palette.
+    if (event->type() == QEvent::StyleChange && watched == widget() && widget()->isVisible()) {
+        show();
+    }
+    return used;
 }
 
 void FocusFrame::follow(QWidget *focus)

@@ -10,7 +10,7 @@ one line on the first step that fails. Needs what story.py needs, and at-spi2-co
 import sys
 import time
 
-from assistant import SENSITIVE, Assistant, children, lies_within, place
+from assistant import BUTTON, FOCUSED, SENSITIVE, SHOWING, Assistant, children
 from desktop import Failure, press, wait_for
 from naming import faults
 from telling import between, perform
@@ -42,7 +42,7 @@ TREE = {"title": "Comprar árbol", "description": "Un pingüino también", "cate
 LESSON = {"title": "Mi tarea de álgebra", "description": "Capítulo 3", "category": "Escuela", "urgency": "Media"}
 LESSON_DONE = {**LESSON, "description": "Capítulos 3 y 4", "urgency": "Muy baja"}
 PAGE_BUTTON = "radio button"
-MOUSE_ONLY = {"list item"}  # clicked with the mouse: Qt 6.4 offers no action that opens a row
+PANEL = "Detalles de la tarea"
 
 
 def short(date):
@@ -69,6 +69,11 @@ class Accessible:
         self.assistant.find("frame", "Nubaria")
         self.assistant.find("label", NO_TASK)
         self.wait_for_rows([])
+
+    def what_is_parked_is_not_there(self):
+        self.assistant.wait_for(self.panel_is_away, "the details to be away")
+        if self.assistant.all(BUTTON, "Descargar"):
+            raise Failure("the update banner is told as showing")
 
     def every_page_tells_what_is_on_it(self):
         found = []
@@ -97,6 +102,22 @@ class Accessible:
         self.assistant.choose(CATEGORY, PLUMBING_DONE["category"])
         self.update([PLUMBING_DONE])
         self.wait_for_rows([PLUMBING_DONE])
+
+    def its_date_is_raised_and_lowered(self):
+        self.open_row(PLUMBING_DONE)
+        date = self.assistant.find("spin button", "Fecha límite")
+        self.assistant.act(date, "Increase")
+        self.assistant.wait_for_text(date, "06/01/30")
+        self.assistant.act(date, "Decrease")
+        self.assistant.act(date, "Decrease")
+        self.assistant.wait_for_text(date, "04/01/30")
+        self.assistant.change_value(date, 1)
+        self.assistant.wait_for_text(date, short(PLUMBING_DONE["dateLimit"]))
+        self.close_details()
+
+    def the_details_open_again(self):
+        self.open_row(PLUMBING_DONE)
+        self.close_details()
 
     def finishing_asks_first(self):
         self.open_row(PLUMBING_DONE)
@@ -144,8 +165,7 @@ class Accessible:
     def the_details_are_left_as_they_are(self):
         self.open_row(TREE)
         self.assistant.write(self.assistant.find("text", "Título de la tarea"), "Otra cosa")
-        self.assistant.press("Cerrar los detalles")
-        self.assistant.wait_for(self.panel_is_away, "the details to leave")
+        self.close_details()
         self.nubaria.wait_for_tasks([CLOAK, TREE, LESSON_DONE])
 
     def switches_are_turned(self):
@@ -160,7 +180,7 @@ class Accessible:
                 self.wait_for_preference(f"{key}={'true' if on else 'false'}")
 
     def the_look_is_chosen(self):
-        self.assistant.choose("Color de énfasis de la aplicación", "Amapola")
+        self.assistant.choose_from_open_list("Color de énfasis de la aplicación", "Amapola")
         self.wait_for_preference("colorIndex=3", "QuenoliTheme")
         self.assistant.choose("Mejorar visibilidad de textos con letras más gruesas", "Activado")
         self.wait_for_preference("textEmphasis=1")
@@ -186,10 +206,6 @@ class Accessible:
         press("alt+F4")
         self.nubaria.wait_until_ended()
 
-    def nothing_else_needed_the_mouse(self):
-        if self.assistant.pointed_at != MOUSE_ONLY:
-            raise Failure(f"the mouse was needed for {sorted(self.assistant.pointed_at)}")
-
     # What the steps are made of
 
     def everything_has_a_name(self):
@@ -199,7 +215,7 @@ class Accessible:
         return self.assistant.wait_for(lambda: [faults(self.assistant)], "everything on the screen to answer")[0]
 
     def open_page(self, page):
-        self.assistant.press_or_point_at(self.assistant.find(PAGE_BUTTON, page))
+        self.assistant.act(self.assistant.find(PAGE_BUTTON, page), "Press")
         self.assistant.find("label", TITLES[page])
 
     def fill_in(self, task):
@@ -221,8 +237,9 @@ class Accessible:
         )
 
     def open_row(self, task):
-        self.assistant.point_at(self.assistant.find("list item", task["title"]))
-        self.assistant.wait_for(self.panel_is_open, "the details")
+        self.assistant.act(self.assistant.find("list item", task["title"]), "Toggle")
+        # The panel is announced by its focus, with the title of the task.
+        self.assistant.wait_for_state(self.assistant.find("panel", PANEL, task["title"]), FOCUSED)
         self.assistant.find("combo box", task["category"], CATEGORY)
         self.assistant.find("combo box", task["urgency"], URGENCY)
         expected = {"Título de la tarea": task["title"], "Descripción de la tarea": task["description"]}
@@ -231,17 +248,16 @@ class Accessible:
         if "dateLimit" in task:
             self.assistant.wait_for_text(self.assistant.find("spin button", "Fecha límite"), short(task["dateLimit"]))
 
-    def places(self):
-        """Where the panel, told by its widest field, and the window are."""
-        return place(self.assistant.find("text", "Título de la tarea")), place(self.assistant.find("frame", "Nubaria"))
-
     def panel_is_open(self):
-        panel, window = self.places()
-        return lies_within(panel, window)
+        return self.assistant.all("panel", PANEL)
 
     def panel_is_away(self):
-        panel, window = self.places()
-        return panel[0] >= window[2]
+        return not self.panel_is_open()
+
+    def close_details(self):
+        panel = self.assistant.find("panel", PANEL)
+        self.assistant.press("Cerrar los detalles")
+        self.assistant.wait_for_state(panel, SHOWING, False)
 
     def update(self, expected):
         self.assistant.press("Actualizar tarea")

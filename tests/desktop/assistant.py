@@ -10,7 +10,7 @@ from pathlib import Path
 
 import gi
 
-from desktop import Failure, click, press, run, wait_for
+from desktop import Failure, wait_for
 
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version comes first)
@@ -19,9 +19,6 @@ ANSWER_TIME = 5000  # milliseconds for one question
 SHOWING, SENSITIVE = Atspi.StateType.SHOWING, Atspi.StateType.SENSITIVE
 CHECKED, FOCUSED = Atspi.StateType.CHECKED, Atspi.StateType.FOCUSED
 BUTTON = Atspi.role_get_name(Atspi.Role.PUSH_BUTTON)  # "push button", from AT-SPI 2.56 on "button"
-
-# Where there is nothing of the program, so that the mouse does not choose in a list that opens below it.
-NOWHERE = (1399, 859)
 
 
 def remove_when_free(folder):
@@ -79,16 +76,6 @@ def text(node):
     return Atspi.Text.get_text(node, 0, -1)
 
 
-def place(node):
-    """Left, top, right and bottom on the screen."""
-    area = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
-    return area.x, area.y, area.x + area.width, area.y + area.height
-
-
-def lies_within(inner, outer):
-    return all(a >= b for a, b in zip(inner[:2], outer[:2])) and all(a <= b for a, b in zip(inner[2:], outer[2:]))
-
-
 def actions(node):
     return [Atspi.Action.get_action_name(node, number) for number in range(Atspi.Action.get_n_actions(node))]
 
@@ -98,7 +85,6 @@ class Assistant:
 
     def __init__(self, desktop):
         self.desktop = desktop
-        self.pointed_at = set()  # the roles that had to be clicked with the mouse
 
     def start(self):
         start_session(self.desktop)
@@ -186,37 +172,28 @@ class Assistant:
 
     @answered
     def choose(self, purpose, item):
-        """Opens a combo box by its action and goes to the item by key: choosing is no action of an item."""
-        run("xdotool", "mousemove", *map(str, NOWHERE))
+        """Chooses in the list of a combo box that stays closed."""
+        combo = self.find("combo box", description=purpose)
+        self.choose_in(combo, combo.get_child_at_index(0), item)
+
+    @answered
+    def choose_from_open_list(self, purpose, item):
         combo = self.find("combo box", description=purpose)
         self.act(combo, "ShowMenu")
-        items = children(self.list_of(combo))
-        names = [one.get_name() for one in items]
-        press("Home")
-        for number in range(names.index(item) + 1):
-            if number > 0:
-                press("Down")
-            self.wait_for_state(items[number], FOCUSED)
-        press("Return")
-        self.wait_for(lambda: combo.get_name() == item, f"{purpose} to be {item}")
+        self.choose_in(combo, self.list_of(combo), item)
         self.wait_for(lambda: not is_showing(combo.get_child_at_index(0)), f"the end of the list of {purpose}")
+
+    def choose_in(self, combo, box, item):
+        self.act(next(one for one in children(box) if one.get_name() == item), "Toggle")
+        self.wait_for(lambda: combo.get_name() == item, f"{combo.get_description()} to be {item}")
+
+    @answered
+    def change_value(self, node, difference):
+        """Does not wait for what comes of it."""
+        Atspi.Value.set_current_value(node, Atspi.Value.get_current_value(node) + difference)
 
     def list_of(self, combo):
         """The list that a combo box shows while it is open."""
         box = combo.get_child_at_index(0)
         self.wait_for_state(box, SHOWING)
         return box
-
-    @answered
-    def point_at(self, node):
-        """Clicks a thing that offers no action for it. Does not wait for what comes of it."""
-        self.pointed_at.add(node.get_role_name())
-        left, top, right, bottom = place(node)
-        click((left + right) // 2, (top + bottom) // 2)
-
-    def press_or_point_at(self, node):
-        """Presses a thing, or clicks it where it offers no press. Does not wait for what comes of it."""
-        if "Press" in actions(node):
-            self.act(node, "Press")
-        else:
-            self.point_at(node)

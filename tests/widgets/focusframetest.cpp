@@ -73,6 +73,22 @@ private slots:
         }
     }
 
+    void staysWhileThePaletteChanges()
+    {
+        MainWindow window;
+        click(window, "SettingsViewButton");
+        showActive(window);
+        for (int stop = 0; stop < 6; ++stop) {
+            press(window, Qt::Key_Tab);
+        }
+        const auto *palettes = widget<QComboBox>(window, "ChangeColorTheme");
+        for (int palette = 1; palette < palettes->count(); ++palette) {
+            press(window, Qt::Key_Down);
+            QCOMPARE(palettes->currentIndex(), palette);
+            QCOMPARE(framedSides(window, *palettes), 4);
+        }
+    }
+
     void framesOneWidgetAtATime()
     {
         MainWindow window;
