@@ -5,6 +5,7 @@
 #include "widgets/focusonshow.h"
 #include "widgets/keyhandler.h"
 #include "widgets/tabstops.h"
+#include "widgets/tiplook.h"
 
 #include <QAccessible>
 #include <QDesktopServices>
@@ -166,6 +167,7 @@ void MainWindow::explainKeys()
     explainKey(ui->FinishTaskBtn, u"Ctrl+T"_s);
     explainKey(ui->CleanTaskButton, u"Ctrl+L"_s);
     explainKey(ui->CloseDetailTaskBtn, u"Esc"_s);
+    new TipLook(this);
 }
 
 void MainWindow::setUpFocus()

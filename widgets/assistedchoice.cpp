@@ -28,7 +28,8 @@ bool AssistedChoice::eventFilter(QObject *watched, QEvent *event)
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
         m_byHand = true;
-        QMetaObject::invokeMethod(this, [this] { m_byHand = false; }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { m_byHand = false; }, Qt::QueuedConnection);
         break;
     default:
         break;
@@ -60,8 +61,8 @@ void letItemsBeChosen(QComboBox *box)
         box->setCurrentIndex(item.row());
         box->hidePopup();
     });
-    // Otherwise only opening the list has it follow, and one that is closed would take the item chosen before for
-    // the chosen one.
+    // Otherwise only opening the list has it follow, and one that is closed would take the item chosen before
+    // for the chosen one.
     const auto follow = [box, list](int row) {
         list->setCurrentIndex(box->model()->index(row, box->modelColumn(), box->rootModelIndex()));
     };

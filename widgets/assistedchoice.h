@@ -13,8 +13,8 @@ class QItemSelection;
 /**
  * Tells which item of a view assistive technology has chosen.
  *
- * Qt offers it no more than to select an item, which does not become the current one by that: nothing that acts
- * on the current item would happen. What a mouse or a key selects is not told.
+ * Qt offers it no more than to select an item, which does not become the current one by that: nothing that
+ * acts on the current item would happen. What a mouse or a key selects is not told.
  */
 class AssistedChoice final : public QObject
 {
@@ -40,6 +40,6 @@ private:
     bool m_byHand = false; // a mouse or a key is at work
 };
 
-/// Has the item of a chooser's list that assistive technology chooses become the chosen one, be the list open or
-/// not. The model of the chooser must not be replaced any more.
+/// Has the item of a chooser's list that assistive technology chooses become the chosen one, be the list open
+/// or not. The model of the chooser must not be replaced any more.
 void letItemsBeChosen(QComboBox *box);

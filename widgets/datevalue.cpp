@@ -28,8 +28,11 @@ public:
     {
         if (event->type() == QEvent::DynamicPropertyChange
             && static_cast<QDynamicPropertyChangeEvent *>(event)->propertyName() == valueProperty) {
-            m_edit->setDate(QDate::fromJulianDay(m_edit->property(valueProperty).toLongLong()));
-            show(); // what is out of bounds gives way
+            const QDate wanted = QDate::fromJulianDay(m_edit->property(valueProperty).toLongLong());
+            if (wanted != m_edit->date()) {
+                m_edit->setDate(wanted);
+                show(); // what is out of bounds gives way
+            }
         }
         return QObject::eventFilter(watched, event);
     }

@@ -82,9 +82,12 @@ bool FocusFrame::eventFilter(QObject *watched, QEvent *event)
         break;
     }
     const bool used = QFocusFrame::eventFilter(watched, event);
-    // Qt takes the frame away for good when the widget gets another style sheet, as with another palette.
-    if (event->type() == QEvent::StyleChange && watched == widget() && widget()->isVisible()) {
+    // Qt takes the frame away for good when the widget gets another style sheet, as with another palette, and
+    // puts it beneath the widget's neighbours, which may overlap it.
+    const bool matters = event->type() == QEvent::StyleChange || event->type() == QEvent::Show;
+    if (matters && watched == widget() && widget()->isVisible()) {
         show();
+        raise();
     }
     return used;
 }
@@ -99,6 +102,7 @@ void FocusFrame::follow(QWidget *focus)
     m_window->setAttribute(Qt::WA_KeyboardFocusChange, false);
     if (next != widget()) {
         setWidget(next);
+        raise(); // above neighbours that overlap the widget
     }
 }
 

@@ -5,8 +5,8 @@
 class QWidget;
 
 /// Has assistive technology take the panels that slide, while they are parked, for what they are then: out of
-/// sight and without anything in them. Qt tells as showing whatever is not hidden. Comes before they are built, as
-/// assistive technology that runs already asks while that happens.
+/// sight and without anything in them. Qt tells as showing whatever is not hidden. Comes before they are
+/// built, as assistive technology that runs already asks while that happens.
 void tellParkedPanelsAsHidden();
 
 /**

@@ -1,5 +1,5 @@
-#include "support/windowtest.h"
 #include "widgets/datevalue.h"
+#include "support/windowtest.h"
 
 #include <QAccessible>
 #include <QDateEdit>

@@ -89,6 +89,21 @@ private slots:
         }
     }
 
+    void isNotHiddenByNeighbours()
+    {
+        MainWindow window;
+        click(window, "ProfileViewButton");
+        click(window, "SetProfileInfo");
+        showActive(window);
+        for (const char *edit : {"UserName", "UserMail"}) { // which overlap each other
+            widget(window, edit)->setFocus();
+            press(window, Qt::Key_Tab);
+            press(window, Qt::Key_Backtab, Qt::ShiftModifier);
+            QVERIFY(widget(window, edit)->hasFocus());
+            QCOMPARE(framedSides(window, *widget(window, edit)), 4);
+        }
+    }
+
     void framesOneWidgetAtATime()
     {
         MainWindow window;

@@ -63,13 +63,13 @@ private slots:
         QTest::addColumn<QByteArray>("panel");
         QTest::addColumn<QByteArray>("button");
         QTest::addColumn<QByteArray>("child");
-        QTest::newRow("details")
-            << QByteArray("TaskDetail") << QByteArray("TaskViewButton") << QByteArray("UpdateTaskBtn");
-        QTest::newRow("banner")
-            << QByteArray("FrameUpdater") << QByteArray("TaskViewButton") << QByteArray("StartUpdate");
-        QTest::newRow("details of the release notes") << QByteArray("TaskDetail_2")
-                                                      << QByteArray("PatchNoticesViewButton")
-                                                      << QByteArray("UpdateTaskBtn_2");
+        QTest::newRow("details") << QByteArray("TaskDetail") << QByteArray("TaskViewButton")
+                                 << QByteArray("UpdateTaskBtn");
+        QTest::newRow("banner") << QByteArray("FrameUpdater") << QByteArray("TaskViewButton")
+                                << QByteArray("StartUpdate");
+        QTest::newRow("details of the release notes")
+            << QByteArray("TaskDetail_2") << QByteArray("PatchNoticesViewButton")
+            << QByteArray("UpdateTaskBtn_2");
     }
 
     void isOutOfSightWhileParked()
