@@ -1,5 +1,6 @@
 #include "mainwindow/mainwindow.h"
 #include "ui_mainwindow.h"
+#include "widgets/assistancewatch.h"
 #include "widgets/assistedchoice.h"
 #include "widgets/datevalue.h"
 #include "widgets/parkedpanel.h"
@@ -7,6 +8,11 @@
 using namespace Qt::Literals::StringLiterals;
 
 void MainWindow::setUpAssistance()
+{
+    new AssistanceWatch(this, [this] { beginAssistance(); });
+}
+
+void MainWindow::beginAssistance()
 {
     new AssistedChoice(ui->TaskListView, [this](const QModelIndex &row) { openRow(row); });
     for (QComboBox *box : {ui->OrderNotesBy, ui->CategoryTaskBox, ui->UrgencyTaskBox, ui->CategoryTaskBoxView,

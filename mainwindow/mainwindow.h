@@ -114,6 +114,7 @@ private:
     void setUpKeyboard();
     void guardInput();
     void setUpAssistance();
+    void beginAssistance();
 
     // Navigation and panels.
     QList<QPushButton *> pageButtons() const;

@@ -45,6 +45,7 @@ private slots:
     void opensARow()
     {
         const MainWindow window;
+        QAccessible::setActive(true);
 
         toggle(taskList(window), 1);
 
@@ -56,6 +57,7 @@ private slots:
     void opensAnotherRowWhileOneIsOpen()
     {
         const MainWindow window;
+        QAccessible::setActive(true);
         toggle(taskList(window), 0);
         QTRY_COMPARE(openTask(window), u"Uno"_s);
 
@@ -68,6 +70,7 @@ private slots:
     void opensTheSameRowAgain()
     {
         const MainWindow window;
+        QAccessible::setActive(true);
         toggle(taskList(window), 1);
         QTRY_COMPARE(panelPlace(window), openPanel);
         click(window, "CloseDetailTaskBtn");
@@ -82,6 +85,7 @@ private slots:
     void leavesAClickToQt()
     {
         MainWindow window;
+        QAccessible::setActive(true);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         selectRow(window, 1);
@@ -109,6 +113,7 @@ private slots:
     {
         QFETCH(bool, byKey);
         MainWindow window;
+        QAccessible::setActive(true);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         QVERIFY(QFile::remove(home::taskFile()));
@@ -139,6 +144,7 @@ private slots:
         QFETCH(QByteArray, chooser);
         QFETCH(bool, open);
         MainWindow window;
+        QAccessible::setActive(true);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         auto *box = widget<QComboBox>(window, chooser.constData());
@@ -159,6 +165,7 @@ private slots:
     void choosesWhatWasChosenBefore()
     {
         const MainWindow window;
+        QAccessible::setActive(true);
         auto *box = widget<QComboBox>(window, "CategoryTaskBox");
         toggle(box->view(), 1);
         QTRY_COMPARE(box->currentIndex(), 1);
@@ -172,6 +179,7 @@ private slots:
     void leavesTheKeysOfAnOpenListToQt()
     {
         MainWindow window;
+        QAccessible::setActive(true);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         auto *box = widget<QComboBox>(window, "OrderNotesBy");

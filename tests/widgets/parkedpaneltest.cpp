@@ -78,6 +78,7 @@ private slots:
         QFETCH(QByteArray, button);
         QFETCH(QByteArray, child);
         MainWindow window;
+        QAccessible::setActive(true);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         click(window, button.constData());
@@ -92,6 +93,7 @@ private slots:
     void isToldWhileOpen()
     {
         MainWindow window;
+        QAccessible::setActive(true);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
 
@@ -115,6 +117,7 @@ private slots:
     void announcesThePanelBeforeItsFocus()
     {
         MainWindow window;
+        QAccessible::setActive(true);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         QTRY_COMPARE(countOf({"TaskDetail", QAccessible::ObjectHide}), 1);
@@ -142,6 +145,7 @@ private slots:
     void staysOutOfSightWhenItsPageAppears()
     {
         MainWindow window;
+        QAccessible::setActive(true);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         click(window, "SettingsViewButton");
@@ -159,6 +163,7 @@ private slots:
     void announcesTheBanner()
     {
         MainWindow window;
+        QAccessible::setActive(true);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
 
