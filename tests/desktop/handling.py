@@ -1,10 +1,11 @@
 """What a hand does with mouse and keys, and what it waits for in between."""
 
+import json
 import sys
 from pathlib import Path
 
 from desktop import LEFT, RIGHT, run, wait_for
-from nubaria import PANEL_GREY, PANEL_LEFT, WHITE
+from nubaria import PANEL_GREY, PANEL_LEFT, ROW_BORDER, ROWS_LEFT, WHITE, row_middle
 
 FRAME_COLOUR, CHOSEN_PAGE = "1C1C1C", "E0C8E3"
 WHEEL_UP = 4
@@ -35,6 +36,9 @@ SETTINGS = {
     "greeting": (285, 388, 430, 30), "emphasis": (760, 388, 430, 30), "palette": (285, 450, 430, 30),
 }
 DATE_PARTS = 3
+DAY, MONTH, YEAR = (714, 565), (729, 565), (744, 565)  # of the panel's date
+DATE_TEXT = (705, 553, 100, 24)
+COUNT, LAST_SEEN = 14, 12  # the rows, and the last that has a place on the page
 
 
 def middle(place):
@@ -43,11 +47,12 @@ def middle(place):
 
 
 class Handling:
-    """One user's hands on the program."""
+    """One user's hands on the program, and the tasks as they are expected in the file."""
 
     def __init__(self, nubaria, desktop):
         self.nubaria = nubaria
         self.desktop = desktop
+        self.tasks = []
 
     # Mouse
 
@@ -126,6 +131,69 @@ class Handling:
 
     def wait_for_preference(self, line, store="Quenoli"):
         wait_for(lambda: line in self.nubaria.preferences(store).splitlines(), f"the preference {line}")
+
+    # The tasks
+
+    def write_file(self):
+        path = self.desktop.folders["home"] / "rmc.json"
+        path.write_text(json.dumps(self.tasks), encoding="utf-8")
+
+    def search_for_nothing(self):
+        """Proves that the keys go to the search, and that everything before has been dealt with."""
+        self.type_text("zz")
+        self.nubaria.wait_for_rows(0)
+        self.press("Escape")
+        self.wait_for_all_rows()
+
+    def wait_for_all_rows(self):
+        """All that have a place on the page."""
+        self.nubaria.wait_for_colour((ROWS_LEFT, row_middle(LAST_SEEN)), ROW_BORDER, "all rows")
+
+    def open_first(self):
+        self.nubaria.open_row(0)
+
+    def tab_to_the_title(self):
+        self.press("Tab")
+        self.wait_for_frame(PANEL["title"], "the frame around the title")
+
+    def update(self):
+        self.press("ctrl+s")
+        self.nubaria.wait_for_tasks(self.tasks)
+        self.wait_for_list()
+
+    def rename(self, row, title):
+        self.tab_to_the_title()
+        self.type_text(title)
+        self.tasks[row]["title"] = title
+        self.update()
+
+    def type_date(self, way, typed, stored):
+        """What is not typed is pasted."""
+        self.open_first()
+        self.reach_date(way)
+        if typed:
+            self.type_text(typed)
+        else:
+            self.press("ctrl+v")
+        self.tasks[0]["dateLimit"] = stored
+        self.update()
+
+    def reach_date(self, way):
+        if way == "Tab":
+            self.go_through({name: PANEL[name] for name in ("title", "description", "category")})
+            self.press("Tab")
+            self.wait_for_frame(PANEL["date"], "the frame around the date")
+            return
+        parts = {"the day": DAY, "the month": MONTH, "the year": YEAR, "Ctrl+A": DAY}
+        self.click_part(parts[way], DATE_TEXT)
+        if way == "Ctrl+A":
+            self.press("ctrl+a")
+
+    def click_part(self, place, area):
+        """The window manager holds a click back for a moment, so that keys would overtake it."""
+        before = self.seen(area)
+        self.nubaria.click(place)
+        wait_for(lambda: self.seen(area) != before, "what was clicked to show it")
 
     # The clipboard
 

@@ -5,6 +5,8 @@
 #include "support/windowtest.h"
 
 #include <QComboBox>
+#include <QKeyEvent>
+#include <QShortcut>
 #include <QTextEdit>
 
 using namespace Qt::Literals::StringLiterals;
@@ -117,6 +119,25 @@ private slots:
 
         QCOMPARE(textOf(window, "TaskTitleView"), u"Tarea 3"_s);
         QCOMPARE(focused(window), u"TaskTitleView"_s);
+    }
+
+    void takesNoStandardKeyOfATextField()
+    {
+        MainWindow window;
+        QVERIFY(showActive(window));
+        press(window, Qt::Key_2, Qt::ControlModifier);
+        const QList<QShortcut *> shortcuts = window.findChildren<QShortcut *>();
+        QVERIFY(shortcuts.size() >= 10);
+        for (const char *field : {"TaskTitle", "TaskDescription", "DateLimitTask"}) {
+            for (const QShortcut *shortcut : shortcuts) {
+                // A field that wants a key for itself accepts this.
+                const QKeyCombination keys = shortcut->key()[0];
+                QKeyEvent event(QEvent::ShortcutOverride, keys.key(), keys.keyboardModifiers());
+                event.ignore();
+                QCoreApplication::sendEvent(widget(window, field), &event);
+                QVERIFY2(!event.isAccepted(), qPrintable(shortcut->key().toString()));
+            }
+        }
     }
 };
 

@@ -10,6 +10,8 @@
 #include <QLineEdit>
 #include <QRegularExpression>
 
+#include <functional>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -104,14 +106,18 @@ private slots:
 
     void tellsOnceWhatCannotBeOpened_data()
     {
-        QTest::addColumn<bool>("byKey");
-        QTest::newRow("chosen by assistive technology") << false;
-        QTest::newRow("chosen by a key") << true;
+        QTest::addColumn<std::function<void(const MainWindow &)>>("choose");
+        using Choose = std::function<void(const MainWindow &)>;
+        QTest::newRow("by assistive technology")
+            << Choose([](const MainWindow &window) { toggle(taskList(window), 0); });
+        QTest::newRow("by a key") << Choose(
+            [](const MainWindow &window) { QTest::keyClick(window.windowHandle(), Qt::Key_Down); });
+        QTest::newRow("by the program") << Choose([](const MainWindow &window) { selectRow(window, 0); });
     }
 
     void tellsOnceWhatCannotBeOpened()
     {
-        QFETCH(bool, byKey);
+        QFETCH(std::function<void(const MainWindow &)>, choose);
         MainWindow window;
         QAccessible::setActive(true);
         window.show();
@@ -121,7 +127,7 @@ private slots:
         const MessageBoxes boxes;
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(u".+"_s));
 
-        byKey ? QTest::keyClick(window.windowHandle(), Qt::Key_Down) : toggle(taskList(window), 0);
+        choose(window);
 
         QTRY_COMPARE(boxes.shown().size(), 1);
         QCoreApplication::processEvents();

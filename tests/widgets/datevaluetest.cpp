@@ -57,20 +57,12 @@ private slots:
         QCOMPARE(value->minimumValue().toLongLong(), QDate(2027, 1, 1).toJulianDay());
         QCOMPARE(value->maximumValue().toLongLong(), QDate(2027, 12, 31).toJulianDay());
 
-        value->setCurrentValue(value->maximumValue().toDouble() + 1);
+        for (int time = 0; time < 2; ++time) { // the second time the date stays as it is
+            value->setCurrentValue(value->maximumValue().toDouble() + 1);
 
-        QCOMPARE(edit.date(), QDate(2027, 12, 31));
-        QCOMPARE(value->currentValue(), value->maximumValue());
-    }
-
-    void takesNoOtherPropertyForADate()
-    {
-        QDateEdit edit(QDate(2027, 2, 28));
-        offerDateAsNumber(&edit);
-
-        edit.setProperty("other", 1);
-
-        QCOMPARE(edit.date(), QDate(2027, 2, 28));
+            QCOMPARE(edit.date(), QDate(2027, 12, 31));
+            QCOMPARE(value->currentValue().toDouble(), value->maximumValue().toDouble());
+        }
     }
 };
 

@@ -197,13 +197,31 @@ private slots:
         QCOMPARE(parts, QList<int>({0, 1, 2}));
 
         press(window, Qt::Key_Tab);
-
         QCOMPARE(focused(window), u"UrgencyTaskBox"_s);
+
+        parts.clear();
+        for (int step = 0; step < 3; ++step) {
+            press(window, Qt::Key_Backtab, Qt::ShiftModifier);
+            QVERIFY(date->hasFocus());
+            parts.append(date->currentSectionIndex());
+        }
+        QCOMPARE(parts, QList<int>({2, 1, 0}));
+        press(window, Qt::Key_Backtab, Qt::ShiftModifier);
+        QCOMPARE(focused(window), u"CategoryTaskBox"_s);
     }
 
     void leavesTheFocusPoliciesAsTheyAre()
     {
-        const MainWindow window;
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        for (const char *page : {"NewTaskViewButton", "ProfileViewButton", "TaskViewButton"}) {
+            click(window, page);
+            QVERIFY(!round(window).isEmpty());
+        }
+        selectRow(window, 0);
+        QVERIFY(!round(window).isEmpty());
+
         for (const char *name : {"TaskViewButton", "SaveTaskButton", "CleanTaskButton", "UpdateTaskBtn",
                  "CloseDetailTaskBtn", "SetProfile", "CancelUpdate", "TaskListView"}) {
             QCOMPARE(widget(window, name)->focusPolicy(), Qt::NoFocus);
