@@ -1,4 +1,5 @@
 #include "app/singleinstancechecker.h"
+#include "mainwindow/icons.h"
 #include "mainwindow/instance.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/screenscale.h"
@@ -46,6 +47,7 @@ int main(int argc, char *argv[])
         QCoreApplication::installTranslator(&translator);
     }
 
+    useOwnIcons();
     MainWindow window;
     window.setFocusPolicy(Qt::NoFocus);
     window.show();
