@@ -9,13 +9,15 @@
 
 int opaqueInset(const QImage &picture)
 {
+    const int width = picture.width(); // asking for it takes longer than looking at a pixel
+    const int height = picture.height();
     int inset = 0;
-    for (int y = 0; y < picture.height(); ++y) {
+    for (int y = 0; y < height; ++y) {
         const auto *line = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
-        const int rowDistance = std::min(y, picture.height() - 1 - y);
-        for (int x = inset; rowDistance >= inset && x < picture.width() - inset; ++x) {
+        const int rowDistance = std::min(y, height - 1 - y);
+        for (int x = inset; rowDistance >= inset && x < width - inset; ++x) {
             if (qAlpha(line[x]) < 255) {
-                inset = std::min({rowDistance, x, picture.width() - 1 - x}) + 1;
+                inset = std::min({rowDistance, x, width - 1 - x}) + 1;
             }
         }
     }
