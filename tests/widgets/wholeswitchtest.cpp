@@ -25,6 +25,26 @@ constexpr std::array switches = {
     Switch{"changeClose", "SubTitleDtLabelTxt_11", "ChangeColorThemeText_5"},
 };
 
+/// Counts the mouse events that a widget gets.
+class MouseCounter final : public QObject
+{
+    Q_DISABLE_COPY_MOVE(MouseCounter)
+public:
+    explicit MouseCounter(QWidget *widget) { widget->installEventFilter(this); }
+    ~MouseCounter() override = default;
+
+    int count() const { return m_count; }
+
+private:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        m_count += event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease;
+        return false;
+    }
+
+    int m_count = 0;
+};
+
 /// A press and a release through the window, as of a real mouse.
 void press(
     const MainWindow &window, const QWidget &widget, QPoint place, Qt::MouseButton button = Qt::LeftButton)
@@ -70,6 +90,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&window));
         const auto *check = widget<QCheckBox>(window, box.constData());
         const QWidget *target = widget(window, clicked.constData());
+        const MouseCounter behind(target->parentWidget());
         const bool before = check->isChecked();
 
         press(window, *target, place);
@@ -77,6 +98,7 @@ private slots:
         release(window, *target, place);
         QCOMPARE(check->isChecked(), !before);
         QVERIFY(!check->isDown());
+        QCOMPARE(behind.count(), 0);
 
         press(window, *target, place);
         release(window, *target, place);
