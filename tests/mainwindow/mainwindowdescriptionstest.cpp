@@ -108,6 +108,14 @@ private slots:
         }
     }
 
+    void handTabOn()
+    {
+        const MainWindow window;
+        for (const char *name : {"TaskDescription", "TaskDescriptionView"}) {
+            QVERIFY2(widget<QTextEdit>(window, name)->tabChangesFocus(), name);
+        }
+    }
+
 private:
     static void addEditors()
     {
