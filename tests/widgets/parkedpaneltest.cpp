@@ -11,20 +11,25 @@ namespace {
 
 using Told = QPair<QByteArray, QAccessible::Event>;
 
-QList<Told> told; // shown, hidden and focused widgets that have a name
+/// Shown, hidden and focused widgets that have a name.
+QList<Told> &told()
+{
+    static QList<Told> list;
+    return list;
+}
 
 void note(const QAccessibleEvent *event)
 {
     const QList<QAccessible::Event> kinds{
         QAccessible::ObjectShow, QAccessible::ObjectHide, QAccessible::Focus};
     if (event->object() && kinds.contains(event->type())) {
-        told.append({event->object()->objectName().toLatin1(), event->type()});
+        told().append({event->object()->objectName().toLatin1(), event->type()});
     }
 }
 
 qsizetype countOf(const Told &event)
 {
-    return told.count(event);
+    return told().count(event);
 }
 
 QAccessibleInterface *interfaceOf(const MainWindow &window, const char *name)
@@ -55,7 +60,7 @@ private slots:
     {
         WindowTest::init();
         home::writeTasks({home::record(u"{a}"_s, u"Uno"_s), home::record(u"{b}"_s, u"Dos"_s)});
-        told.clear();
+        told().clear();
     }
 
     void isOutOfSightWhileParked_data()
@@ -121,7 +126,7 @@ private slots:
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         QTRY_COMPARE(countOf({"TaskDetail", QAccessible::ObjectHide}), 1);
-        told.clear();
+        told().clear();
 
         selectRow(window, 0);
         QTRY_COMPARE(panelPlace(window), openPanel);
@@ -129,7 +134,7 @@ private slots:
         const Told focused{"TaskDetail", QAccessible::Focus};
         QCOMPARE(countOf(shown), 1);
         QCOMPARE(countOf(focused), 1);
-        QVERIFY(told.indexOf(shown) < told.indexOf(focused));
+        QVERIFY(told().indexOf(shown) < told().indexOf(focused));
 
         // Another task in the same panel.
         selectRow(window, 1);
@@ -149,7 +154,7 @@ private slots:
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         click(window, "SettingsViewButton");
-        told.clear();
+        told().clear();
 
         click(window, "TaskViewButton");
 
@@ -157,7 +162,7 @@ private slots:
         const Told hidden{"TaskDetail", QAccessible::ObjectHide};
         QTRY_COMPARE(countOf(hidden), countOf(shown));
         QCOMPARE(countOf(shown), 1);
-        QVERIFY(told.indexOf(hidden) > told.indexOf(shown));
+        QVERIFY(told().indexOf(hidden) > told().indexOf(shown));
     }
 
     void announcesTheBanner()
@@ -168,7 +173,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&window));
 
         QTRY_COMPARE(countOf({"FrameUpdater", QAccessible::ObjectHide}), 1);
-        told.clear();
+        told().clear();
 
         callSlot(window, "showUpdateMessage");
         QTRY_COMPARE(bannerOf(window), openBanner);
