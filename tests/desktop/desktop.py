@@ -143,11 +143,23 @@ class Desktop:
         if not display:
             raise Failure("the virtual display does not start")
         os.environ["DISPLAY"] = self.environment["DISPLAY"] = f":{display}"
-        self.spawn("openbox")
-        wait_for(lambda: "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "the window manager")
+        self.settle_keyboard()
+        self.start_window_manager()
+
+    def settle_keyboard(self):
+        """Before there is anyone to be told: at each change of the keyboard the window manager lets go of all its keys
+        and takes them again one by one, and a key pressed meanwhile goes to the program instead."""
         # A keyboard with every accented letter: xdotool makes up a key for one that is lacking, and the program learns
-        # of such a key too late. Not before there is a lasting client, as the display forgets it with the last one.
+        # of such a key too late.
         run("setxkbmap", "-layout", "us", "-variant", "altgr-intl")
+        # The first key counts as a change as well: the display turns to the keyboard that it comes from.
+        press("Shift_L")
+
+    def start_window_manager(self):
+        started = self.folders["run"] / "window manager"
+        # It has a name long before it takes windows and keys, and a window shown in between stays away for good.
+        self.spawn("openbox", "--startup", f"touch '{started}'")
+        wait_for(started.exists, "the window manager")
 
     def colour(self, x, y):
         """The colour of a point of the screen as six hexadecimal digits."""
