@@ -1,5 +1,6 @@
 #include "widgets/datetyping.h"
 
+#include "widgets/modifierkeys.h"
 #include "widgets/typeddate.h"
 
 #include <QDateEdit>
@@ -10,8 +11,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-constexpr int dayPart = 0;
 
 /// Digits and slashes for digits of any script and the usual separators; empty when there is anything else.
 QString datePieces(const QString &text)
@@ -27,11 +26,6 @@ QString datePieces(const QString &text)
         }
     }
     return pieces;
-}
-
-bool isModifier(int key)
-{
-    return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr;
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "widgets/focusframe.h"
 
+#include "widgets/modifierkeys.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
@@ -37,13 +39,6 @@ bool isOperatedByKeys(const QWidget *widget)
     return qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget);
 }
 
-/// Of another program's keys, such as those that bring this window back, only the modifiers arrive.
-bool isModifier(int key)
-{
-    return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr
-        || key == Qt::Key_Super_L || key == Qt::Key_Super_R;
-}
-
 } // namespace
 
 FocusFrame::FocusFrame(QWidget *window)
@@ -67,6 +62,7 @@ bool FocusFrame::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::ShortcutOverride: // a shortcut's key comes as nothing else
     case QEvent::KeyPress:
+        // Of another program's keys, such as those that bring this window back, only the modifiers arrive.
         if (!isModifier(static_cast<QKeyEvent *>(event)->key())) {
             m_byKey = true;
             if (watched == QApplication::focusWidget() && isOperatedByKeys(QApplication::focusWidget())) {

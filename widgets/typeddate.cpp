@@ -8,10 +8,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int dayPart = 0;
-constexpr int monthPart = 1;
-constexpr int yearPart = 2;
-
 qsizetype digitsThatFit(const QString &number, int part)
 {
     const bool ofFourDigits

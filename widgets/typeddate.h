@@ -5,12 +5,16 @@
 
 #include <optional>
 
-/// What typing has made of a date, and the part that the next digit goes to: 0 the day, 1 the month, 2 the
-/// year.
+/// The parts of a date, numbered as they are shown.
+inline constexpr int dayPart = 0;
+inline constexpr int monthPart = 1;
+inline constexpr int yearPart = 2;
+
+/// What typing has made of a date, and the part that the next digit goes to.
 struct TypedDate
 {
     QDate date;
-    int part = 0;
+    int part = dayPart;
 };
 
 /**

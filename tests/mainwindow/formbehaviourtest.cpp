@@ -1,6 +1,5 @@
+#include "support/form.h"
 #include "support/windowtest.h"
-
-#include "ui_mainwindow.h"
 
 #include <QMainWindow>
 #include <QTest>
@@ -8,14 +7,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-struct Form
-{
-    Form() { ui.setupUi(&window); }
-
-    QMainWindow window;
-    Ui_MainWindow ui{};
-};
 
 // Listens to the form by the names of its slots only.
 class ListeningWindow final : public QMainWindow

@@ -1,7 +1,6 @@
+#include "support/form.h"
 #include "support/formfacts.h"
 #include "support/windowtest.h"
-
-#include "ui_mainwindow.h"
 
 #include <QFile>
 #include <QIcon>
@@ -17,19 +16,11 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct Form
+QWidget *widgetOf(Form &form, const QJsonObject &facts)
 {
-    Form() { ui.setupUi(&window); }
-
-    QWidget *widget(const QJsonObject &facts)
-    {
-        const QString name = facts["name"_L1].toString();
-        return name == window.objectName() ? &window : window.findChild<QWidget *>(name);
-    }
-
-    QMainWindow window;
-    Ui_MainWindow ui{};
-};
+    const QString name = facts["name"_L1].toString();
+    return name == form.window.objectName() ? &form.window : form.window.findChild<QWidget *>(name);
+}
 
 // Quotes what it translates, so that a text it was never asked for stands out.
 class QuotingTranslator final : public QTranslator
@@ -80,7 +71,7 @@ private slots:
     {
         QFETCH(QJsonObject, facts);
         Form form;
-        const QWidget *widget = form.widget(facts);
+        const QWidget *widget = widgetOf(form, facts);
         QVERIFY(widget);
 
         QCOMPARE(QString::fromLatin1(widget->metaObject()->className()), facts["class"_L1].toString());
@@ -150,7 +141,7 @@ private slots:
     {
         QFETCH(QJsonObject, facts);
         Form form;
-        const QWidget *widget = form.widget(facts);
+        const QWidget *widget = widgetOf(form, facts);
         QVERIFY(widget);
         const QFont font = widget->font();
         const QJsonObject given = facts["font"_L1].toObject();
@@ -176,7 +167,7 @@ private slots:
     {
         QFETCH(QJsonObject, facts);
         Form form;
-        const QWidget *widget = form.widget(facts);
+        const QWidget *widget = widgetOf(form, facts);
         QVERIFY(widget);
 
         QCOMPARE(propertyFaults(*widget, facts["texts"_L1].toObject()), QStringList());
@@ -188,7 +179,7 @@ private slots:
     {
         QFETCH(QJsonObject, facts);
         Form form;
-        const auto *label = qobject_cast<QLabel *>(form.widget(facts));
+        const auto *label = qobject_cast<QLabel *>(widgetOf(form, facts));
         QVERIFY(label);
         QVERIFY(!label->text().trimmed().isEmpty());
 
@@ -211,7 +202,7 @@ private slots:
     {
         QFETCH(QJsonObject, facts);
         Form form;
-        const auto *combo = qobject_cast<QComboBox *>(form.widget(facts));
+        const auto *combo = qobject_cast<QComboBox *>(widgetOf(form, facts));
         QVERIFY(combo);
 
         QCOMPARE(itemTexts(*combo), facts["items"_L1].toVariant().toStringList());
@@ -229,7 +220,7 @@ private slots:
         const QSize size(64, 64);
         QVERIFY2(!expected.pixmap(size).isNull(), qUtf8Printable(resource));
         Form form;
-        const QWidget *widget = form.widget(facts);
+        const QWidget *widget = widgetOf(form, facts);
         QVERIFY(widget);
 
         QCOMPARE(iconStream(iconOf(*widget)), iconStream(expected));
@@ -244,7 +235,7 @@ private slots:
         const QPixmap expected(facts["pixmap"_L1].toString());
         QVERIFY(!expected.isNull());
         Form form;
-        const auto *label = qobject_cast<QLabel *>(form.widget(facts));
+        const auto *label = qobject_cast<QLabel *>(widgetOf(form, facts));
         QVERIFY(label);
 
         QCOMPARE(label->pixmap(Qt::ReturnByValue).toImage(), expected.toImage());
@@ -256,7 +247,7 @@ private slots:
     {
         QFETCH(QJsonObject, facts);
         Form form;
-        const QWidget *widget = form.widget(facts);
+        const QWidget *widget = widgetOf(form, facts);
         QVERIFY(widget);
 
         QCOMPARE(propertyFaults(*widget, m_facts.properties(facts)), QStringList());
@@ -268,7 +259,7 @@ private slots:
     {
         QFETCH(QJsonObject, facts);
         Form form;
-        const QWidget *widget = form.widget(facts);
+        const QWidget *widget = widgetOf(form, facts);
         QVERIFY(widget);
 
         const QString textColour = facts["textColour"_L1].toString();
@@ -284,7 +275,7 @@ private slots:
     {
         QFETCH(QJsonObject, facts);
         Form form;
-        const QWidget *widget = form.widget(facts);
+        const QWidget *widget = widgetOf(form, facts);
         QVERIFY(widget);
 
         QCOMPARE(m_facts.styleFaults(facts["style"_L1].toString(), *widget), QStringList());
@@ -308,7 +299,7 @@ private slots:
         QStringList found;
         const QList<QJsonObject> widgets = m_facts.widgets();
         for (const QJsonObject &facts : widgets) {
-            const QWidget *widget = form.widget(facts);
+            const QWidget *widget = widgetOf(form, facts);
             QVERIFY(widget);
             const qsizetype exact = widget->styleSheet().count(colour);
             QVERIFY2(squashed(widget->styleSheet()).count(squashed(colour)) == exact,
@@ -326,7 +317,7 @@ private slots:
     {
         QFETCH(QJsonObject, facts);
         Form form;
-        const QWidget *widget = form.widget(facts);
+        const QWidget *widget = widgetOf(form, facts);
         QVERIFY(widget);
         QStringList properties = facts["texts"_L1].toObject().keys();
         if (properties.isEmpty()) {

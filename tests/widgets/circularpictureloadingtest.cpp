@@ -1,6 +1,7 @@
 #include "widgets/circularpicture.h"
 
 #include "support/home.h"
+#include "support/picturelabel.h"
 #include "support/windowtest.h"
 
 #include <QBuffer>
@@ -18,8 +19,6 @@ QString written(const QByteArray &bytes)
     QPixmapCache::clear(); // which knows a file by its name, size and second
     return home::writePicture(bytes);
 }
-
-constexpr QSize labelSize(75, 75);
 
 QByteArray encoded(const char *format)
 {

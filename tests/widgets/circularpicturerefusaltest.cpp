@@ -1,6 +1,7 @@
 #include "widgets/circularpicture.h"
 
 #include "support/home.h"
+#include "support/picturelabel.h"
 #include "support/qtversion.h"
 #include "support/windowtest.h"
 
@@ -15,8 +16,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-constexpr QSize labelSize(75, 75);
 
 QByteArray halfOfAPng()
 {

@@ -1,5 +1,6 @@
 #include "widgets/circularpicture.h"
 
+#include "support/picturelabel.h"
 #include "support/windowtest.h"
 
 #include <QDir>
@@ -13,8 +14,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-constexpr QSize labelSize(75, 75);
 
 QString pathOf(const QString &name)
 {
