@@ -3,12 +3,14 @@
 two calls, and expects some test to fail.
 
 Usage: script/mutate [--again] [--kind KIND]... [COUNT] [FILE]...
+       script/mutate --build
 
 Without COUNT every change is tried, which takes an hour or two; with it a sample that depends on the commit only. FILE
 limits the changes to those source files, KIND to text, operator, constant, tenfold, condition, call or swap. A change
-is tried against the tests that run the line it changes. Lists what no test noticed, ends with 1 if something of that is
-not explained in tests/data/mutants.json, and writes all results to build/mutate/results.json. With --again the results
-there stand, but for changes that no test noticed.
+is tried against the tests that run the line it changes, or, of no more than a few, against all tests. Lists what no
+test noticed, ends with 1 if something of that is not explained in tests/data/mutants.json, and writes all results to
+build/mutate/results.json. With --again the results there stand, but for changes that no test noticed. With --build it
+only builds what a few changes are tried on, which takes longer than to try them.
 """
 
 import argparse
@@ -36,6 +38,7 @@ LIBRARIES = {"core": "<QtCore>", "widgets": "<QtWidgets>", "mainwindow": "<QtWid
 # One failure will do, and nobody looks at it.
 QUICK = {"QTEST_FATAL_FAIL": "1", "QTEST_DISABLE_STACK_DUMP": "1", "QTEST_DISABLE_CORE_DUMP": "1"}
 STORIES = ("desktop-accessible", "desktop-story")  # tests of the built program, which need what is in app/
+FEW = 20  # changes: to find out which test runs which line would take longer than trying them
 PATIENCE = 30  # seconds for a test program beyond five times what it takes; one that hangs counts as noticed
 
 # Strings stay, so that nothing in them counts as a comment.
@@ -164,11 +167,11 @@ target_link_options(\1 PRIVATE ${{NUBARIA_COUNTING}})
                 copy.write_bytes(content)
                 shutil.copymode(ROOT / name, copy)
 
-    def make(self, counting=""):
+    def make(self, counting="", processes=1):
         options = ("-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS=-g0 -O0 -D_GLIBCXX_ASSERTIONS",
                    "-DNUBARIA_BUILD_TESTS=ON", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", f"-DNUBARIA_COUNTING={counting}")
         self.must("cmake", "-G", "Ninja", "-S", str(self.source), "-B", str(self.build), *options)
-        self.must("cmake", "--build", str(self.build), "-j1")
+        self.must("cmake", "--build", str(self.build), f"-j{processes}")
 
     def must(self, *command, folder=None):
         result = subprocess.run(command, cwd=folder, capture_output=True, text=True, check=False)
@@ -237,6 +240,7 @@ class Trial:
 
     def __init__(self, chosen, standing):
         self.chosen = list(chosen)
+        self.workers = 1 if len(chosen) <= FEW else os.cpu_count()
         self.noticed = Counter()  # how often a test noticed a change of a file
         self.seconds = {}
         self.lines = {}  # what a test runs
@@ -258,11 +262,19 @@ class Trial:
         concerned = list(self.lines) if in_app else [test for test, lines in programs.items() if lines & places]
         if not concerned:
             concerned = [test for test, lines in programs.items() if any(mutant.file == file for file, _ in lines)]
+        if not concerned:  # nothing is measured
+            concerned = list(self.lines)
         ordered = sorted(concerned, key=lambda test: (
-            -self.noticed[mutant.file, test], not test.startswith(named_like_it), stem not in test, self.seconds[test]))
+            -self.noticed[mutant.file, test], not test.startswith(named_like_it), stem not in test, test in STORIES,
+            not test.startswith(f"{Path(mutant.file).parent}-"), self.seconds[test]))
         return [(test, PATIENCE + 5 * self.seconds[test]) for test in ordered]
 
     def measure(self, workshop):
+        if self.workers == 1:
+            workshop.make(processes=os.cpu_count())
+            self.lines = dict.fromkeys(workshop.tests(), set())
+            self.seconds = dict.fromkeys(self.lines, PATIENCE)
+            return
         workshop.make("--coverage")
         for test in workshop.tests():
             self.lines[test], self.seconds[test] = workshop.lines_run(test)
@@ -312,12 +324,19 @@ def choose(kinds, arguments):
 def main():
     parser = argparse.ArgumentParser(add_help=False)
     parser.add_argument("--again", action="store_true")
+    parser.add_argument("--build", action="store_true")
     parser.add_argument("--kind", action="append", choices=KINDS)
     parser.add_argument("arguments", nargs="*")
     parser.add_argument("-h", "--help", action="store_true")
     options = parser.parse_args()
     if options.help:
         print(__doc__)
+        return 0
+    WORK.mkdir(parents=True, exist_ok=True)
+    if options.build:
+        workshop = Workshop(0)
+        workshop.prepare()
+        workshop.make(processes=os.cpu_count())
         return 0
     chosen = choose(options.kind, options.arguments)
     standing = []
@@ -328,12 +347,10 @@ def main():
         known = [{key: one[key] for key in KEY} for one in standing]
         chosen = [mutant for mutant in chosen if mutant.key() not in known]
     explained = json.loads(EXPLAINED.read_text(encoding="utf-8"))
-    WORK.mkdir(parents=True, exist_ok=True)
     trial = Trial(chosen, standing)
-    workers = min(os.cpu_count(), len(chosen))
-    if workers > 0:
-        with concurrent.futures.ThreadPoolExecutor(workers) as pool:
-            for future in [pool.submit(trial.work, number) for number in range(workers)]:
+    if chosen:
+        with concurrent.futures.ThreadPoolExecutor(trial.workers) as pool:
+            for future in [pool.submit(trial.work, number) for number in range(trial.workers)]:
                 future.result()
     reasons = {tuple(one[key] for key in KEY) for one in explained}
     compiled = [one for one in trial.results if one["test"] is not None]
