@@ -51,6 +51,12 @@ bool hasWideBorder(QAbstractButton &button)
     return button.grab().toImage().pixelColor(button.width() / 2, 1).lightness() < 64;
 }
 
+/// Of the room between border and text.
+QString surface(QAbstractButton &button)
+{
+    return button.grab().toImage().pixelColor(5, button.height() / 2).name();
+}
+
 } // namespace
 
 class TaskDetailsQuestionTest final : public WindowTest
@@ -108,6 +114,22 @@ private slots:
         click(window, "FinishTaskBtn");
 
         QCOMPARE(wide, QList<bool>({false, true, true, false}));
+    }
+
+    void showsTheMouseOnThePreferredAnswer()
+    {
+        MainWindow window;
+        QStringList surfaces;
+        const NextBox box([&surfaces](QMessageBox &question) {
+            QAbstractButton &preferred = *question.button(QMessageBox::No);
+            surfaces.append(surface(preferred));
+            QTest::mouseMove(&preferred);
+            surfaces.append(surface(preferred));
+        });
+
+        click(window, "FinishTaskBtn");
+
+        QCOMPARE(surfaces, QStringList({u"#e0e0e0"_s, u"#d3d3d3"_s}));
     }
 
     void carriesTheProgramsIcon()
