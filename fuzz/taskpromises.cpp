@@ -1,5 +1,6 @@
 #include "taskpromises.h"
 
+#include "codeunits.h"
 #include "core/reminders.h"
 #include "core/task.h"
 #include "core/tasklist.h"
@@ -10,17 +11,11 @@
 #include <QSet>
 
 #include <algorithm>
-#include <string_view>
 #include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-std::u16string_view units(const QString &text)
-{
-    return {reinterpret_cast<const char16_t *>(text.utf16()), static_cast<std::size_t>(text.size())};
-}
 
 int rankOf(const QJsonValue &record)
 {
@@ -175,8 +170,9 @@ bool isPermutation(QList<ListedTask> some, QList<ListedTask> others)
 
 bool isInTitleOrder(const QList<ListedTask> &rows)
 {
-    return std::is_sorted(rows.begin(), rows.end(),
-        [](const ListedTask &one, const ListedTask &other) { return units(one.title) < units(other.title); });
+    return std::is_sorted(rows.begin(), rows.end(), [](const ListedTask &one, const ListedTask &other) {
+        return codeUnits(one.title) < codeUnits(other.title);
+    });
 }
 
 QStringList searchesFor(const QJsonArray &tasks)

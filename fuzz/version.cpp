@@ -1,5 +1,6 @@
 #include "core/updatecheck.h"
 
+#include "codeunits.h"
 #include "session.h"
 #include "support/traymessages.h"
 #include "windowaccess.h"
@@ -11,7 +12,6 @@
 #include <QPropertyAnimation>
 
 #include <cstring>
-#include <string_view>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -45,11 +45,6 @@ protected:
 private:
     QByteArray m_body;
 };
-
-std::u16string_view units(const QString &text)
-{
-    return {reinterpret_cast<const char16_t *>(text.utf16()), static_cast<std::size_t>(text.size())};
-}
 
 /// An object or an array begins so, behind blanks and a byte-order mark; nothing else is a document.
 bool mayBeJson(QByteArray document)
@@ -89,7 +84,7 @@ void checkComparing(const QString &published)
     Q_UNUSED(ownEnd)
     markSeen(4, static_cast<std::uint32_t>(difference - published.begin()) * 2 + (newer ? 1 : 0));
 
-    expect(newer == (units(published) > units(own)), "versions compare code unit by code unit");
+    expect(newer == (codeUnits(published) > codeUnits(own)), "versions compare code unit by code unit");
     expect(!newer || published != own, "the own version is not newer");
     expect(!isNewerVersion(published, published), "no version is newer than itself");
 }
@@ -133,7 +128,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         u"La actualización de la versión V"_s + published.value_or(QString())
             + u" está disponible para ser instalada."_s,
         QSystemTrayIcon::Information, 10000, true};
-    const bool isNewer = published && units(*published) > units(programVersion());
+    const bool isNewer = published && codeUnits(*published) > codeUnits(programVersion());
     checkTelling(document, QNetworkReply::HostNotFoundError, failure);
     checkTelling(document, QNetworkReply::NoError, !published ? failure : isNewer ? newer : TrayMessage());
     return 0;

@@ -14,8 +14,9 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 LINES = 1500  # of a unit: more take longer than what they save, if two processors share the units
-# With the macros of X11, and functions that others want to have one name everywhere.
-ALONE = ("benchmarks", "faults", "fuzz")
+ALONE = ("benchmarks", "faults")  # the macros of X11, and functions that are declared once more where they are called
+# What every program, or every fuzz target, has or declares once.
+ENTRY_POINTS = ("main", *(f"LLVMFuzzer{name}" for name in ("Initialize", "TestOneInput", "CustomMutator", "Mutate")))
 
 
 def units(files):
@@ -31,9 +32,10 @@ def units(files):
 
 
 def joined(unit):
-    """Programs, of which each has an entry point, can be one unit too."""
+    """Programs can be one unit too."""
     return "".join(
-        f"#undef main\n#define main main{number}\n#line 1 \"{file}\"\n{file.read_text(encoding='utf-8')}"
+        "".join(f"#undef {name}\n#define {name} {name}{number}\n" for name in ENTRY_POINTS)
+        + f"#line 1 \"{file}\"\n{file.read_text(encoding='utf-8')}"
         for number, file in enumerate(unit)
     )
 
