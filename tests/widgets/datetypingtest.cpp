@@ -250,6 +250,21 @@ private slots:
         QCOMPARE(m_desk->edit.date(), QDate(2030, 6, 2));
     }
 
+    void aKeyThatOnlyChangesOthersInterruptsNothing()
+    {
+        QWindow *window = m_desk->window.windowHandle();
+        m_desk->enter(u"tab"_s);
+        m_desk->type(u"1"_s);
+
+        for (const Qt::Key key : {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Meta, Qt::Key_Alt, Qt::Key_CapsLock,
+                 Qt::Key_NumLock, Qt::Key_ScrollLock, Qt::Key_AltGr, Qt::Key_Super_L, Qt::Key_Super_R}) {
+            QTest::sendKeyEvent(QTest::Click, window, key, QString(), Qt::NoModifier);
+        }
+        m_desk->type(u"2"_s);
+
+        QCOMPARE(m_desk->edit.date(), QDate(2026, 11, 12));
+    }
+
     void takesBackTheLastDigit()
     {
         QWindow *window = m_desk->window.windowHandle();
