@@ -65,6 +65,16 @@ protected:
     void mouseReleaseEvent(QMouseEvent *) override { ++releases; }
 };
 
+/// The same without a widget.
+class BareWindow final : public QWindow
+{
+public:
+    int presses = 0;
+
+protected:
+    void mousePressEvent(QMouseEvent *) override { ++presses; }
+};
+
 } // namespace
 
 class DoubleClickGuardTest final : public WindowTest
@@ -145,6 +155,41 @@ private slots:
         m_stage->clickSoon(m_stage->center(m_stage->button));
 
         QCOMPARE(clicked.size(), 1);
+    }
+
+    void keepsTheReleaseOfAKeptPressOnly()
+    {
+        DoubleClickGuard guard(nullptr);
+        QWindow *window = m_stage->window.windowHandle();
+        const QPoint place = m_stage->center(m_stage->button);
+        m_stage->click(place);
+        QTest::lastMouseTimestamp -= QTest::mouseDoubleClickInterval;
+        QTest::mousePress(window, Qt::LeftButton, {}, place);
+        const auto keepsReleaseOf = [&](Qt::MouseButton button) {
+            QMouseEvent release(
+                QEvent::MouseButtonRelease, place, window->mapToGlobal(place), button, {}, {});
+            return guard.eventFilter(window, &release);
+        };
+
+        QVERIFY(!keepsReleaseOf(Qt::RightButton));
+        QVERIFY(keepsReleaseOf(Qt::LeftButton));
+        QVERIFY(!keepsReleaseOf(Qt::LeftButton));
+    }
+
+    void leavesAWindowWithoutWidgetsAlone()
+    {
+        const DoubleClickGuard guard(nullptr);
+        BareWindow window;
+        window.resize(100, 100);
+        window.show();
+
+        for (int click = 0; click < 2; ++click) {
+            QTest::mousePress(&window, Qt::LeftButton, {}, QPoint(50, 50));
+            QTest::mouseRelease(&window, Qt::LeftButton, {}, QPoint(50, 50));
+            QTest::lastMouseTimestamp -= QTest::mouseDoubleClickInterval;
+        }
+
+        QCOMPARE(window.presses, 2);
     }
 
     void keepsTheSecondPressFromWhatHasComeInBetween_data()
