@@ -1,30 +1,15 @@
 #include "support/home.h"
 #include "support/messageboxes.h"
+#include "support/settingswidgets.h"
 #include "support/traymessages.h"
 #include "support/window.h"
 #include "support/windowtest.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSettings>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-QCheckBox &box(const MainWindow &window, const char *name)
-{
-    return *widget<QCheckBox>(window, name);
-}
-
-QComboBox &combo(const MainWindow &window, const char *name)
-{
-    return *widget<QComboBox>(window, name);
-}
-
-} // namespace
 
 // What a start makes of stored values that are not what they should be.
 class PreferencesStoredValuesTest final : public WindowTest

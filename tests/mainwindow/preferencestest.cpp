@@ -2,11 +2,10 @@
 #include "support/home.h"
 #include "support/messageboxes.h"
 #include "support/replaced.h"
+#include "support/settingswidgets.h"
 #include "support/window.h"
 #include "support/windowtest.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -34,16 +33,6 @@ QStringList mainKeys()
 QStringList themeKeys()
 {
     return keysOf(u"QuenoliTheme"_s);
-}
-
-QCheckBox &box(const MainWindow &window, const char *name)
-{
-    return *widget<QCheckBox>(window, name);
-}
-
-QComboBox &combo(const MainWindow &window, const char *name)
-{
-    return *widget<QComboBox>(window, name);
 }
 
 // Every way in which a user can make the program store something, and some in which it stores nothing.

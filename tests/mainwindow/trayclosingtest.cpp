@@ -1,11 +1,11 @@
 #include "support/failingopen.h"
 #include "support/home.h"
 #include "support/loglines.h"
+#include "support/settingswidgets.h"
 #include "support/window.h"
 #include "support/windowtest.h"
 
 #include <QAction>
-#include <QCheckBox>
 #include <QCloseEvent>
 #include <QMenu>
 #include <QMessageBox>
@@ -26,11 +26,6 @@ constexpr int stuck = 8;
 QAction &exitAction(const MainWindow &window)
 {
     return *window.findChild<QSystemTrayIcon *>()->contextMenu()->actions().last();
-}
-
-QCheckBox &box(const MainWindow &window, const char *name)
-{
-    return *widget<QCheckBox>(window, name);
 }
 
 // Switches a box without its handler, so that only the closing can store it.

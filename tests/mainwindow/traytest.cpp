@@ -1,4 +1,5 @@
 #include "support/home.h"
+#include "support/settingswidgets.h"
 #include "support/traymessages.h"
 #include "support/window.h"
 #include "support/windowtest.h"
@@ -28,11 +29,6 @@ QAction &trayAction(const MainWindow &window, const QString &text)
         }
     }
     qFatal("no such action in the tray");
-}
-
-QCheckBox &box(const MainWindow &window, const char *name)
-{
-    return *widget<QCheckBox>(window, name);
 }
 
 bool showsPage(const MainWindow &window, const char *page)
