@@ -21,11 +21,13 @@ void MainWindow::captureBaseStyleSheets(QWidget *root)
 void MainWindow::applyColorTheme(int index)
 {
     const QList<ColorReplacement> replacements = themeReplacements(index);
-    for (auto entry = baseStyleSheets.cbegin(); entry != baseStyleSheets.cend(); ++entry) {
-        // Every widget, also one that has this very sheet: what else has changed its look ends here.
-        if (QWidget *widget = entry.key()) {
-            widget->setStyleSheet(recolored(entry.value(), replacements));
+    sheetChanges.make([&] {
+        for (auto entry = baseStyleSheets.cbegin(); entry != baseStyleSheets.cend(); ++entry) {
+            // Every widget, also one that has this very sheet: what else has changed its look ends here.
+            if (QWidget *widget = entry.key()) {
+                widget->setStyleSheet(recolored(entry.value(), replacements));
+            }
         }
-    }
+    });
     themeSettings.setValue(preferences::colorIndex, index);
 }

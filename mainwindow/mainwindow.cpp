@@ -10,6 +10,7 @@
 #include "widgets/fleetingmenu.h"
 #include "widgets/parkedpanel.h"
 #include "widgets/titledelegate.h"
+#include "widgets/unbuiltpopups.h"
 #include "widgets/wholeswitch.h"
 
 #include <QAction>
@@ -34,6 +35,7 @@ MainWindow::MainWindow(QWidget *parent)
     offerPageButtonsForPressing();
     tellParkedPanelsAsHidden();
     ui->setupUi(this);
+    new UnbuiltPopUps(this);
     nameClearButton(ui->SearchTask);
     nameClearButton(ui->TaskTitle);
     captureBaseStyleSheets(this);
@@ -196,7 +198,9 @@ void MainWindow::applyBaseStyle()
     QFontDatabase::addApplicationFont(u":/fonts/Gantari-Regular.ttf"_s);
     // Without a face of its own, FreeType draws the emphasised weight 600 like the regular one.
     QFontDatabase::addApplicationFont(u":/fonts/Gantari-SemiBold.ttf"_s);
-    setStyleSheet(u"QWidget { font-family: Gantari ; background-color: white; }"_s);
+    sheetChanges.make(
+        [this] { setStyleSheet(u"QWidget { font-family: Gantari ; background-color: white; }"_s); });
+    centralWidget()->ensurePolished(); // no sheet follows
 }
 
 void MainWindow::useMexicanSpanish()

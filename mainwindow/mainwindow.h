@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/sheetchanges.h"
+
 #include <QMainWindow>
 #include <QMap>
 #include <QModelIndex>
@@ -178,4 +180,5 @@ private:
     QPropertyAnimation *detailAnimation = nullptr; // the latest slide; dangles once that has stopped
     bool leaving = false; // "Salir" was chosen
     bool detailOpen = false; // or sliding in
+    SheetChanges sheetChanges{this};
 };

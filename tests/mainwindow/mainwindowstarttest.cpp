@@ -175,6 +175,16 @@ private slots:
         QCOMPARE(log.entries, expected);
     }
 
+    void wearsItsFontBeforeItIsShown()
+    {
+        const MainWindow window;
+
+        const auto widgets = window.centralWidget()->findChildren<QWidget *>();
+        for (const QWidget *child : widgets) {
+            QVERIFY2(child->font().families() == QStringList(u"Gantari"_s), qPrintable(child->objectName()));
+        }
+    }
+
     void repairsIdsBeforeItLoadsTheTasks()
     {
         QJsonObject old = home::record(QString(), u"Pagar la renta"_s);
