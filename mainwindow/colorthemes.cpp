@@ -29,5 +29,5 @@ void MainWindow::applyColorTheme(int index)
             }
         }
     });
-    themeSettings.setValue(preferences::colorIndex, index);
+    preferences::keep(themeSettings, preferences::colorIndex, index);
 }

@@ -14,7 +14,7 @@ void MainWindow::loadDisplayMessageSetting()
 void MainWindow::updateLabels(int index)
 {
     QSettings store = preferences::mainStore();
-    store.setValue(preferences::displayMessageIndex, index);
+    preferences::keep(store, preferences::displayMessageIndex, index);
     const QString firstName = store.value(preferences::firstName, QString()).toString();
     const auto mode = static_cast<GreetingMode>(index);
     if (const auto lines = greetingLines(mode, QDateTime::currentDateTime(), firstName)) {

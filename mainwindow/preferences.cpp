@@ -20,18 +20,18 @@ void MainWindow::saveSettings()
 void MainWindow::handleSimpleNotifyStateChanged(int state)
 {
     const bool on = state == Qt::Checked;
-    settings.setValue(preferences::simpleNotify, on);
+    preferences::keep(settings, preferences::simpleNotify, on);
     trayIcon->setVisible(on);
 }
 
 void MainWindow::handleAdvancedNotifyStateChanged(int state)
 {
-    settings.setValue(preferences::advancedNotify, state == Qt::Checked);
+    preferences::keep(settings, preferences::advancedNotify, state == Qt::Checked);
 }
 
 void MainWindow::handleChangeCloseStateChanged(int state)
 {
-    settings.setValue(preferences::changeClose, state == Qt::Checked);
+    preferences::keep(settings, preferences::changeClose, state == Qt::Checked);
 }
 
 void MainWindow::handleSoundThemeIndexChanged(int index)

@@ -27,5 +27,5 @@ void MainWindow::applyTextEmphasis(int mode)
             static_cast<QFont::Weight>(emphasisedWeight(entry.value(), static_cast<TextEmphasis>(mode))));
         widget->setFont(font);
     }
-    settings.setValue(preferences::textEmphasis, mode);
+    preferences::keep(settings, preferences::textEmphasis, mode);
 }

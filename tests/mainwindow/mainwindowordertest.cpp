@@ -119,6 +119,7 @@ private slots:
         changeClose.connect stateChanged
         Quenoli.value simpleNotify
         SimpleNotify.setChecked true
+        Quenoli.value simpleNotify
         Quenoli.setValue simpleNotify true
         QSystemTrayIcon.setVisible true
         Quenoli.value advancedNotify
@@ -143,6 +144,7 @@ private slots:
         Quenoli.value displayMessageIndex
         DisplayMessage.setCurrentIndex 0
         DisplayMessage.connect currentIndexChanged
+        Quenoli.value displayMessageIndex
         Quenoli.setValue displayMessageIndex 0
         Quenoli.value firstName
         LabelDayTxt.setText ...
@@ -369,7 +371,7 @@ private slots:
         QCOMPARE(stepsOfAClickOn(window, "SaveProfileInfo"), lines(R"(
         Quenoli.setValue firstName Invitado(a)
         Quenoli.setValue email correo@nubaria.example
-        Quenoli.setValue displayMessageIndex 0
+        Quenoli.value displayMessageIndex
         Quenoli.value firstName
         LabelDayTxt.setText ...
         LabelDayMonthTxt.setText ...
@@ -390,6 +392,7 @@ private slots:
         widget<QCheckBox>(window, "SimpleNotify")->click();
 
         QCOMPARE(steps(window), lines(R"(
+        Quenoli.value simpleNotify
         Quenoli.setValue simpleNotify false
         QSystemTrayIcon.setVisible false)"));
     }

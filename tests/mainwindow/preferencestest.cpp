@@ -6,6 +6,7 @@
 #include "support/window.h"
 #include "support/windowtest.h"
 
+#include <QFile>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -23,6 +24,11 @@ QStringList keysOf(const QString &application)
     QSettings store(u"Quenoli"_s, application);
     store.sync();
     return store.allKeys();
+}
+
+QString fileOf(const QString &application)
+{
+    return QSettings(u"Quenoli"_s, application).fileName();
 }
 
 QStringList mainKeys()
@@ -92,6 +98,37 @@ private slots:
         QCOMPARE(home::preference(u"displayMessageIndex"_s), QVariant(0));
         QCOMPARE(home::preference(u"simpleNotify"_s), QVariant(true));
         QCOMPARE(themeKeys(), QStringList());
+    }
+
+    void writesNeitherStoreAtAStartThatChangesNothing()
+    {
+        {
+            const MainWindow window;
+            box(window, "AdvancedNotify").click();
+            combo(window, "ChangeColorTheme").setCurrentIndex(5);
+            combo(window, "ChangeTextTheme").setCurrentIndex(1);
+            combo(window, "DisplayMessage").setCurrentIndex(2);
+        }
+        // Whoever writes a store leaves out what is none of its values.
+        const QByteArray remark = "; a remark of the user's\n";
+        const QStringList files = {fileOf(u"Quenoli"_s), fileOf(u"QuenoliTheme"_s)};
+        for (const QString &name : files) {
+            QFile file(name);
+            QVERIFY(file.open(QIODevice::Append));
+            file.write(remark);
+        }
+        {
+            const MainWindow window;
+            QCOMPARE(combo(window, "ChangeColorTheme").currentIndex(), 5);
+            QCOMPARE(combo(window, "ChangeTextTheme").currentIndex(), 1);
+            QCOMPARE(combo(window, "DisplayMessage").currentIndex(), 2);
+            QVERIFY(box(window, "AdvancedNotify").isChecked());
+        }
+        for (const QString &name : files) {
+            QFile file(name);
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            QVERIFY2(file.readAll().endsWith(remark), qPrintable(name));
+        }
     }
 
     void storesNothingButItsKeysAndRemovesNone()
