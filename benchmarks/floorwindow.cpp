@@ -1,5 +1,6 @@
-// The least that a program of this kind can be: a window as large as Nubaria's with a list of the titles in
-// the task file, a tray icon and a settings object; and, step by step, what Nubaria cannot be without.
+// The least that a program of this kind can be: a window as large as Nubaria's with a heading in its font, a
+// list of the titles in the task file, a tray icon and a settings object; and, step by step, what Nubaria
+// cannot be without.
 //
 // Usage: floorwindow [STEPS]   (1: the form in place of the list; 2: styled; 3: with a shadow; 4: with a
 // request; 5: with the file read three times)
@@ -13,6 +14,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLabel>
 #include <QListView>
 #include <QMainWindow>
 #include <QNetworkAccessManager>
@@ -22,9 +24,6 @@
 #include <QStandardPaths>
 #include <QStringListModel>
 #include <QSystemTrayIcon>
-
-#include <algorithm>
-#include <array>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -49,6 +48,7 @@ class Floor
 public:
     Floor()
     {
+        QFontDatabase::addApplicationFont(u":/fonts/Gantari-Regular.ttf"_s);
         QPixmap picture(64, 64);
         picture.fill(Qt::black);
         m_trayIcon.setIcon(QIcon(picture));
@@ -58,9 +58,20 @@ public:
 
     void addList()
     {
+        // A window without a letter loads no font, which no program of this kind does.
+        auto *heading = new QLabel(u"Tareas pendientes"_s, &m_window);
+        heading->setGeometry(255, 20, 400, 40);
+        heading->setFont(QFont(u"Gantari"_s, 16));
         auto *list = new QListView(&m_window);
         list->setGeometry(255, 75, 975, 610);
         list->setModel(&m_titles);
+    }
+
+    /// Before the form: a sheet that comes later is looked at by every widget that is there.
+    void style()
+    {
+        QFontDatabase::addApplicationFont(u":/fonts/Gantari-SemiBold.ttf"_s);
+        m_window.setStyleSheet(u"QWidget { font-family: Gantari ; background-color: white; }"_s);
     }
 
     void addForm()
@@ -68,13 +79,6 @@ public:
         m_form.setupUi(&m_window);
         m_window.setFixedSize(1250, 700);
         m_form.TaskListView->setModel(&m_titles);
-    }
-
-    void style()
-    {
-        QFontDatabase::addApplicationFont(u":/fonts/Gantari-Regular.ttf"_s);
-        QFontDatabase::addApplicationFont(u":/fonts/Gantari-SemiBold.ttf"_s);
-        m_window.setStyleSheet(u"QWidget { font-family: Gantari ; background-color: white; }"_s);
         for (QWidget *page :
             {m_form.NewTasksPage, m_form.SettingsPage, m_form.ProfilePage, m_form.PatchPage}) {
             page->hide();
@@ -110,13 +114,18 @@ int main(int argc, char *argv[])
     Floor floor;
     if (steps == 0) {
         floor.addList();
-    } else {
+    }
+    if (steps > 1) {
+        floor.style();
+    }
+    if (steps > 0) {
         floor.addForm();
     }
-    const std::array<void (Floor::*)(), 3> more
-        = {&Floor::style, &Floor::addShadow, &Floor::askForTheVersion};
-    for (int step = 2; step <= std::min(steps, 4); ++step) {
-        (floor.*more.at(step - 2))();
+    if (steps > 2) {
+        floor.addShadow();
+    }
+    if (steps > 3) {
+        floor.askForTheVersion();
     }
     if (steps > 4) { // the file is read once for the ids and once for the number of tasks as well
         storedTitles();

@@ -12,7 +12,6 @@ from its call until the widget concerned is painted. Needs Valgrind, Xvfb and op
 """
 
 import json
-import re
 import shutil
 import subprocess
 import sys
@@ -22,15 +21,13 @@ from pathlib import Path
 from typing import NamedTuple
 
 from bench import ROOT, tasks  # first: it makes the desktop's modules known
-from desktop import Desktop, Failure, wait_for
+from counting import Count, of_operation, of_start
+from desktop import Desktop, Failure
 
 RECORD = ROOT / "benchmarks" / "instructions.json"
 ALLOWED = 1.03  # times the record
-SHARE = 0.01  # of the whole, from which on a function is recorded
-LONGEST = 300  # seconds for one run
 WORKERS = 2
-FIRST_FRAME = "QBackingStore::flush(*"
-OPERATION = "untilPainted(*"
+MILLION = 1e6
 
 
 class Row(NamedTuple):
@@ -39,8 +36,7 @@ class Row(NamedTuple):
     what: str
     count: int
     personal: bool = False
-    operation: str = ""
-    part: int = 1  # which of the dumps; every operation is done once before
+    operation: tuple = ()  # a row of benchmarks/operations and its side
 
 
 ROWS = (
@@ -48,16 +44,11 @@ ROWS = (
     Row("start, 1,000 tasks", 1000),
     Row("start, 0 tasks, palette and emphasis", 0, personal=True),
     Row("start, 1,000 tasks, palette and emphasis", 1000, personal=True),
-    Row("one key in the search field, 1,000 tasks", 1000, operation="search", part=2),
-    Row("saving a task, 1,000 tasks", 1000, operation="save", part=2),
-    Row("another palette, the plain pass", 20, operation="theme", part=3),
-    Row("another palette", 20, operation="theme", part=4),
+    Row("one key in the search field, 1,000 tasks", 1000, operation=("search", "own")),
+    Row("saving a task, 1,000 tasks", 1000, operation=("save", "own")),
+    Row("another palette, the plain pass", 20, operation=("theme", "floor")),
+    Row("another palette", 20, operation=("theme", "own")),
 )
-
-
-class Count(NamedTuple):
-    total: int
-    functions: dict  # with what they call, by name
 
 
 def prepare(desktop, row):
@@ -70,40 +61,6 @@ def prepare(desktop, row):
         (folder / "QuenoliTheme.conf").write_text("[General]\ncolorIndex=3\n", encoding="utf-8")
 
 
-def counted(build, row, desktop, out):
-    """Runs the program under Callgrind until the part is there; where it is."""
-    if row.operation:
-        marks = (f"--toggle-collect={OPERATION}", f"--dump-after={OPERATION}")
-        command = (build / "benchmarks" / "operations", row.operation, "1")
-    else:
-        marks = (f"--dump-after={FIRST_FRAME}",)
-        command = (build / "app" / "nubaria",)
-    process = desktop.spawn("valgrind", "--tool=callgrind", f"--callgrind-out-file={out}", *marks, *map(str, command))
-    part, after = Path(f"{out}.{row.part}"), Path(f"{out}.{row.part + 1}")
-    # A dump is complete when the program has gone on from it.
-    wait_for(lambda: after.exists() or process.poll() is not None or is_complete(part), row.what, LONGEST)
-    if not part.exists():
-        raise Failure(f"{row.what}: the program ends before anything is counted")
-    return part
-
-
-def is_complete(part):
-    return part.exists() and re.search(r"^totals: \d+$", part.read_text(encoding="utf-8"), re.MULTILINE)
-
-
-def read(part):
-    text = subprocess.run(("callgrind_annotate", "--inclusive=yes", "--threshold=100", "--show-percs=no", part),
-                          capture_output=True, text=True, timeout=LONGEST, check=True).stdout
-    total = int(re.search(r"^ *([\d,]+) +PROGRAM TOTALS", text, re.MULTILINE).group(1).replace(",", ""))
-    functions = {}
-    for number, name in re.findall(r"^ *([\d,]+) +[^ ]*?:([^\[\n]+?)(?: \[[^\]]*\])?$", text, re.MULTILINE):
-        cost = int(number.replace(",", ""))
-        # Without a name, or once more within itself.
-        if cost >= SHARE * total and not name.startswith("0x") and not re.search(r"'\d+$", name):
-            functions.setdefault(name, cost)
-    return Count(total, functions)
-
-
 def measure(build, row):
     folder = Path(tempfile.mkdtemp(prefix="ni"))
     desktop = Desktop(folder)
@@ -111,7 +68,11 @@ def measure(build, row):
     try:
         desktop.start()
         prepare(desktop, row)
-        return read(counted(build, row, desktop, folder / "calls"))
+        if row.operation:
+            return of_operation(desktop, (build / "benchmarks" / "operations", *row.operation), folder / "calls")
+        return of_start(desktop, (build / "app" / "nubaria",), folder / "calls")
+    except Failure as failure:
+        raise Failure(f"{row.what}: {failure}") from None
     finally:
         desktop.end()
         shutil.rmtree(folder)
@@ -125,9 +86,8 @@ def grown(before, after):
 
 
 def line(row, count, before):
-    million = 1e6
-    kept = f"{before.total / million:.1f} million | {count.total / before.total:.3f}" if before else "none | "
-    return f"| {row.what} | {count.total / million:.1f} million | {kept} |"
+    kept = f"{before.total / MILLION:.1f} million | {count.total / before.total:.3f}" if before else "none | "
+    return f"| {row.what} | {count.total / MILLION:.1f} million | {kept} |"
 
 
 def qt_version():
@@ -138,7 +98,7 @@ def compare(counts, before):
     failed = not before
     print("| What is counted | Instructions | Recorded | Ratio |\n|---|---|---|---|")
     for row, count in counts.items():
-        old = before.get(row.what) and Count(**before[row.what])
+        old = Count(**before[row.what]) if row.what in before else None
         print(line(row, count, old), flush=True)
         if old and count.total > ALLOWED * old.total:
             print(f"instructions: {row.what}: {count.total:,} after {old.total:,}, in {grown(old, count)}",
@@ -165,7 +125,7 @@ def main():
     failed = compare(counts, record.get(qt_version(), {}))
     if arguments[1:]:
         record[qt_version()] = {row.what: count._asdict() for row, count in counts.items()}
-        RECORD.write_text(json.dumps(record, indent=1) + "\n", encoding="utf-8")
+        RECORD.write_text(json.dumps(record, indent=1, sort_keys=True) + "\n", encoding="utf-8")
         return 0
     return int(failed)
 

@@ -58,13 +58,14 @@ double untilPainted(QWidget *widget, const std::function<void()> &operation)
     return processorTime() - begin;
 }
 
-void alternate(int runs, const Measurement &floor, const Measurement &own)
+void alternate(const Runs &runs, const Measurement &floor, const Measurement &own)
 {
     // The first of each fills caches that every later one finds filled.
-    floor();
-    own();
-    for (int run = 0; run < runs; ++run) {
-        const double least = floor();
-        std::cout << least << ' ' << own() << std::endl;
+    for (int run = 0; run <= runs.count; ++run) {
+        const double least = runs.floor ? floor() : 0;
+        const double took = runs.own ? own() : 0;
+        if (run > 0) {
+            std::cout << least << ' ' << took << std::endl;
+        }
     }
 }

@@ -37,5 +37,13 @@ using Measurement = std::function<double()>;
 /// The processor time from the call of the operation until the widget is painted.
 double untilPainted(QWidget *widget, const std::function<void()> &operation);
 
-/// Prints "FLOOR OWN" for each of the runs, which alternate: floor, own, floor, own...
-void alternate(int runs, const Measurement &floor, const Measurement &own);
+/// What is measured, and how often.
+struct Runs
+{
+    int count = 0;
+    bool floor = true;
+    bool own = true;
+};
+
+/// Prints "FLOOR OWN" for each of the runs, which alternate: floor, own, floor, own... What is left out is 0.
+void alternate(const Runs &runs, const Measurement &floor, const Measurement &own);

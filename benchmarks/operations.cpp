@@ -1,7 +1,7 @@
 // Measures what a person does in the window, in processor time until it is painted.
 //
-// Usage: operations ROW RUNS   (in a home folder of its own, whose task file is put back before each run)
-// Prints the floor and Nubaria's own time of each run, which alternate.
+// Usage: operations ROW RUNS [floor|own]   (in a home folder of its own, whose task file is put back before
+// each run). Prints the floor and Nubaria's own time of each run, which alternate, or one of them.
 
 #include "benchmarks/floors.h"
 #include "benchmarks/measuring.h"
@@ -38,7 +38,7 @@ class Bench final
 {
     Q_DISABLE_COPY_MOVE(Bench)
 public:
-    explicit Bench(int runs)
+    explicit Bench(const Runs &runs)
         : m_runs(runs)
         , m_tasks(read(m_path))
         , m_middle(QJsonDocument::fromJson(m_tasks).array().at(middleRow()).toObject()["id"_L1].toString())
@@ -205,7 +205,7 @@ public:
     /// The floor is the mean frame: what is asked is that the longest does not stand out.
     void panel()
     {
-        for (int run = 0; run <= m_runs; ++run) {
+        for (int run = 0; run <= m_runs.count; ++run) {
             click(m_window, "TaskViewButton");
             settle();
             taskList(m_window)->setCurrentIndex({});
@@ -295,7 +295,7 @@ private:
 
     const QString m_path = QDir::homePath() + "/rmc.json"_L1;
     const QString m_floorPath = QDir::homePath() + "/floor.json"_L1;
-    const int m_runs;
+    const Runs m_runs;
     const QByteArray m_tasks;
     const QString m_middle;
     MainWindow m_window;
@@ -310,12 +310,14 @@ int main(int argc, char *argv[])
         = {{"search", &Bench::search}, {"search-painted", &Bench::searchPainted}, {"order", &Bench::order},
             {"save", &Bench::save}, {"update", &Bench::update}, {"finish", &Bench::finish},
             {"title-key", &Bench::titleKey}, {"theme", &Bench::theme}, {"panel", &Bench::panel}};
-    const auto row = argc == 3 ? rows.find(argv[1]) : rows.end();
+    const auto row = argc == 3 || argc == 4 ? rows.find(argv[1]) : rows.end();
     if (row == rows.end()) {
-        std::cerr << "usage: operations ROW RUNS\n";
+        std::cerr << "usage: operations ROW RUNS [floor|own]\n";
         return 2;
     }
-    Bench bench(QString::fromLatin1(argv[2]).toInt());
+    const std::string only = argc == 4 ? argv[3] : "";
+    Bench bench(
+        {.count = QString::fromLatin1(argv[2]).toInt(), .floor = only != "own", .own = only != "floor"});
     (bench.*row->second)();
     return 0;
 }
