@@ -43,11 +43,10 @@ public:
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
         QStyleHintReturn *returned) const override
     {
-        if (hint != SH_CustomBase) {
-            return QCommonStyle::styleHint(hint, option, widget, returned);
+        if (hint == SH_CustomBase) {
+            (*change)();
         }
-        (*change)();
-        return 0;
+        return QCommonStyle::styleHint(hint, option, widget, returned);
     }
 
     /// Nobody in the window is told of a look that has not been found yet.

@@ -3,6 +3,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QListView>
 #include <QMap>
 
 using namespace Qt::Literals::StringLiterals;
@@ -100,6 +101,22 @@ private slots:
         QCOMPARE(changed.label->palette(), plain.label->palette());
     }
 
+    void followsNoSheetBeforeAllAreSet()
+    {
+        Window shown;
+        shown.window.show();
+        const QPalette before = shown.label->palette();
+        QPalette meanwhile;
+
+        shown.changes.make([&] {
+            shown.recolour(u"green"_s);
+            meanwhile = shown.label->palette();
+        });
+
+        QCOMPARE(meanwhile, before);
+        QVERIFY(shown.label->palette() != before);
+    }
+
     void tellsEachShownWidgetOnce()
     {
         Window shown;
@@ -122,6 +139,21 @@ private slots:
         unshown.changes.make([&] { unshown.window.setStyleSheet(u"QWidget { background: white; }"_s); });
 
         QCOMPARE(unshown.window.findChildren<QWidget *>().size(), widgets);
+    }
+
+    void tellsBeforeItIsShownOnlyTheChoosersWhosePopUpsStand()
+    {
+        Window unshown;
+        auto *list = new QListView(unshown.card);
+        unshown.chooser->view();
+        const Told told(&unshown.window);
+
+        unshown.changes.make([&] { unshown.recolour(u"green"_s); });
+
+        QCOMPARE(told.times(unshown.chooser), 1);
+        QCOMPARE(told.times(unshown.card), 0);
+        QCOMPARE(told.times(unshown.label), 0);
+        QCOMPARE(told.times(list), 0);
     }
 
     void leavesLaterChangesAlone()
