@@ -6,7 +6,7 @@ from desktop import Failure, run, wait_for
 from nubaria import PANEL_TITLE
 from resident import DOWNLOAD, Clock
 from telling import between
-from updates import Updates
+from updates import Updates, trusting
 
 PROBLEM = "Aviso de actualización", "Hubo un problema al verificar la actualización."
 ADDED = "Tarea agregada", "Una nueva tarea ha sido agregada."
@@ -193,10 +193,10 @@ class Days:
 
     def a_newer_version_is_told(self):
         self.nubaria.log_out()
-        self.session.check_trusting()
+        command = trusting(self.session.store)
         self.updates = Updates(NEWER)
         self.session.environment["https_proxy"] = self.updates.address()
-        self.nubaria.start_under(*self.session.trusting())
+        self.nubaria.start_under(*command)
         self.desk.expect(*FOUND)
         self.nubaria.wait_for_banner()
         if self.updates.asked() != [DOCUMENT]:

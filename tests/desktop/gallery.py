@@ -5,7 +5,7 @@ Usage: gallery.py PROGRAM FOLDER
 
 The folder holds the tasks, `tareas.json`, and gets the pictures. The clock of the program stands at the morning of
 15 June 2026, so that the same program gives the same pictures, but for the blinking cursor. Ends with 1 and one line
-on the first picture that cannot be taken. Needs Xvfb, openbox, xdotool, ImageMagick, the X utilities, faketime, openssl
+on the first picture that cannot be taken. Needs Xvfb, openbox, xdotool, ImageMagick, the X utilities, faketime
 and qt6ct.
 """
 
@@ -186,7 +186,7 @@ def announced(program, folder):
         with Look(program, folder) as look:
             look.keep_tasks()
             look.desktop.environment["https_proxy"] = updates.address()
-            look.nubaria.start(trusting(program, look.work))
+            look.nubaria.start((*trusting(look.work / "certificates"), program))
             look.nubaria.wait_for_colour(BANNER_INSIDE, "FFFFFF", "the banner")
             look.take("actualizacion")
     finally:

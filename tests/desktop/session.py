@@ -5,20 +5,16 @@ import os
 import shutil
 import signal
 import socket
-import subprocess
 from pathlib import Path
 
-from desktop import Desktop, Failure, markers, wait_for
+from desktop import Desktop, markers, wait_for
 from reader import Reader, connect
-from updates import CERTIFICATES, SYSTEM_STORE
 
 # The opened page is written to a file in the folder of temporary files.
 BROWSER = '#!/bin/sh\necho "$1" >>"$TMPDIR/opened"\n'
 # Reads the shell's own name as the first of the arguments.
 KEEPING_WORDS = ("sh", "-c", 'exec "$@" 2>>"$0"')
 MARK = "nubaria.tests.Mark"
-TRUSTING = ("unshare", "--user", "--map-current-user", "--keep-caps", "--mount",
-            "sh", "-c", f'mount --bind "$0" {SYSTEM_STORE} && exec "$@"')
 
 
 def adopt_orphans():
@@ -58,8 +54,6 @@ class Session(Desktop):
         self.opened = self.folders["tmp"] / "opened"  # the pages that the browser was asked for
         self.store = folder / "certificates"
         self.notified = folder / "notified"  # what the bus carried to the notification daemon
-        self.store.mkdir()
-        shutil.copy(CERTIFICATES / "authority.crt", self.store)
         browser = folder / "bin" / "xdg-open"
         browser.parent.mkdir()
         browser.write_text(BROWSER, encoding="ascii")
@@ -116,16 +110,6 @@ class Session(Desktop):
         """What the program has written, but for what Qt says of keys that a busy screen reader hears of too late."""
         lines = self.words.read_text(encoding="utf-8").splitlines() if self.words.exists() else []
         return [line for line in lines if not line.startswith("QSpiApplication::")]
-
-    def check_trusting(self):
-        """Not every system lets a program have certificates of its own: a container or a chroot may refuse."""
-        tried = subprocess.run((*self.trusting(), "true"), capture_output=True, text=True, timeout=20, check=False)
-        if tried.returncode != 0:
-            raise Failure(f"no program can have certificates of its own: {tried.stderr.strip()}")
-
-    def trusting(self):
-        """Put before a program, it has that one trust the authority of the tests, and no other."""
-        return *TRUSTING, str(self.store)
 
     def lose_display(self):
         """As at the end of a user's session: whoever has a window is cut off."""
