@@ -53,6 +53,7 @@ private:
         QFrame *card = new QFrame(page);
         QLabel *label = new QLabel(u"Palabras"_s, card);
         QComboBox *chooser = new QComboBox(card);
+        QListView *list = nullptr;
 
         Window()
         {
@@ -64,6 +65,9 @@ private:
             label->setGeometry(10, 10, 100, 30);
             chooser->setGeometry(10, 50, 100, 30);
             window.resize(300, 200);
+            // Its scroll bars are polished from their birth, and read the sheets of all above them.
+            list = new QListView(card);
+            list->setGeometry(120, 10, 70, 80);
         }
 
         void recolour(const QString &colour) const
@@ -89,13 +93,13 @@ private slots:
         Window changed;
         plain.window.setVisible(shown);
         changed.window.setVisible(shown);
-        const QImage before = picture(changed.window);
+        Window unchanged; // taking a picture polishes what has not been shown
 
         plain.recolour(u"green"_s);
         changed.changes.make([&] { changed.recolour(u"green"_s); });
 
         QCOMPARE(changed.label->styleSheet(), u"color: green;"_s);
-        QVERIFY(picture(changed.window) != before);
+        QVERIFY(picture(changed.window) != picture(unchanged.window));
         QCOMPARE(picture(changed.window), picture(plain.window));
         QCOMPARE(changed.card->frameWidth(), plain.card->frameWidth());
         QCOMPARE(changed.label->palette(), plain.label->palette());
@@ -144,7 +148,6 @@ private slots:
     void tellsBeforeItIsShownOnlyTheChoosersWhosePopUpsStand()
     {
         Window unshown;
-        auto *list = new QListView(unshown.card);
         unshown.chooser->view();
         const Told told(&unshown.window);
 
@@ -153,7 +156,7 @@ private slots:
         QCOMPARE(told.times(unshown.chooser), 1);
         QCOMPARE(told.times(unshown.card), 0);
         QCOMPARE(told.times(unshown.label), 0);
-        QCOMPARE(told.times(list), 0);
+        QCOMPARE(told.times(unshown.list), 0);
     }
 
     void leavesLaterChangesAlone()
