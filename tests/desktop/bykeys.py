@@ -1,6 +1,6 @@
 """What a hand does with keys alone: it goes everywhere, opens, writes, saves and finishes."""
 
-from desktop import wait_for
+from desktop import Failure, wait_for
 from handling import (
     FRAME_COLOUR, MAIL_PLACE, MENU, NAME_PLACE, NEW_TASK, ORDER_PLACE, PANEL, PROFILE, SEARCH_PLACE, SETTINGS, Handling,
 )
@@ -46,6 +46,7 @@ class ByKeys(Handling):
         self.press("space")
         self.wait_for_frame(NAME_PLACE, "the frame around the name")
         self.go_through({"address": MAIL_PLACE, **PROFILE, "name": NAME_PLACE})
+        self.go_through(dict(reversed([("address", MAIL_PLACE), *PROFILE.items()])), "shift+Tab")
 
     def tab_goes_through_the_settings(self):
         self.press("ctrl+4")
@@ -66,6 +67,10 @@ class ByKeys(Handling):
         self.wait_for_preference("colorIndex=0", "QuenoliTheme")
 
     # Keys
+
+    def a_key_opens_the_manual(self):
+        self.press("F1")
+        wait_for(lambda: self.desktop.opened_pages() == [self.manual], "the manual")
 
     def keys_open_the_pages(self):
         for number, page in enumerate(MENU, 1):
@@ -99,6 +104,13 @@ class ByKeys(Handling):
         self.type_text("Borrador")
         self.press("shift+Tab")
         wait_for(lambda: self.seen(NEW_TASK["description"]) != empty, "the draft")
+        draft = self.settled(NEW_TASK["description"])
+        for page in ("ctrl+1", "ctrl+3", "ctrl+4", "ctrl+5"):
+            self.press(page, "ctrl+s", "ctrl+l")
+        self.press("ctrl+n")
+        self.wait_for_frame(NEW_TASK["title"], "the frame around the title")
+        if self.settled(NEW_TASK["description"]) != draft:
+            raise Failure("a key has cleared a form that was not seen")
         self.press("ctrl+l")
         wait_for(lambda: self.seen(NEW_TASK["description"]) == empty, "the empty form")
 

@@ -16,7 +16,9 @@ PANEL_DESCRIPTION = Field((700, 300), (700, 111), "D199E5")
 RED = "FF0000"
 BOX_GREY, BUTTON_POINTS = "E0E0E0", 500  # of the answer that Enter gives
 ROW_RIGHT, BELOW_ROWS, CORNER = 1213, (600, 679), (1222, 679)
-HTML = f'<p style="background-color:#{RED}"><b>rojo</b></p><table><tr><td>celda</td></tr></table>'
+PICTURE = "data:image/gif;base64,R0lGODlhAQABAIAAAAAAAP///yH5BAEAAAAALAAAAAABAAEAAAIBRAA7"
+HTML = (f'<p style="background-color:#{RED}"><b>rojo</b><img src="{PICTURE}"></p>'
+        "<table><tr><td>celda</td></tr></table>")
 PLAIN = "rojo y celda"
 DATES = [  # how the date is reached, what is typed, what is stored
     ("the day", "05/03/27", "05-03-2027"),
@@ -35,6 +37,7 @@ class ByMouse(Handling):
 
     def the_first_letters_go_into_the_search(self):
         self.write_file()
+        self.manual = self.install()
         self.nubaria.start()
         self.wait_for_all_rows()
         self.search_for_nothing()
@@ -174,11 +177,14 @@ class ByMouse(Handling):
     def a_whole_switch_answers(self):
         self.press("ctrl+4")
         self.wait_for_page("Ajustes")
-        left, top, width, height = SETTINGS["close"]
-        places = [(left + 2, top + 10), (left + width - 3, top + 10), (400, 260), (600, 275)]
-        for number, place in enumerate(places):
-            self.nubaria.click(place)
-            self.wait_for_preference(f"changeClose={'false' if number % 2 else 'true'}")
+        for name, key, on in (
+            ("simple", "simpleNotify", True), ("advanced", "advancedNotify", False), ("close", "changeClose", False),
+        ):
+            left, top, width, _ = SETTINGS[name]
+            for place in ((left + 2, top + 10), (left + width - 3, top + 10), (400, top), (600, top + 15)):
+                on = not on
+                self.nubaria.click(place)
+                self.wait_for_preference(f"{key}={'true' if on else 'false'}")
 
     # Descriptions and long titles
 

@@ -16,6 +16,10 @@ LEFT, RIGHT = 1, 3  # buttons of the mouse
 PERSONAL = re.compile("(?i)(QT_|XDG_|DBUS_|SESSION_|WAYLAND_|DISPLAY|XAUTHORITY|LANG|LC_|.*_proxy$)")
 
 
+# The opened page is written to a file in the folder of temporary files.
+BROWSER = '#!/bin/sh\necho "$1" >>"$TMPDIR/opened"\n'
+
+
 class Failure(Exception):
     """Something did not come about; says what."""
 
@@ -113,10 +117,16 @@ class Desktop:
         self.folders = {name: folder / name for name in ("home", "config", "run", "tmp")}
         for path in self.folders.values():
             path.mkdir(mode=0o700)
+        self.opened = self.folders["tmp"] / "opened"  # the pages that the browser was asked for
+        browser = folder / "bin" / "xdg-open"
+        browser.parent.mkdir()
+        browser.write_text(BROWSER, encoding="ascii")
+        browser.chmod(0o755)
         self.log = open(folder / "log", "w", encoding="utf-8")
         # Accepts and never answers, so that the update check stays on this machine.
         self.proxy = socket.create_server(("127.0.0.1", 0))
         self.environment = {name: value for name, value in os.environ.items() if not PERSONAL.match(name)} | {
+            "PATH": f"{browser.parent}:{os.environ['PATH']}",
             "LC_ALL": "C.UTF-8",
             "QT_QPA_PLATFORM": "xcb",
             "HOME": str(self.folders["home"]),
@@ -165,6 +175,9 @@ class Desktop:
         """The colour of a point of the screen as six hexadecimal digits."""
         found = re.search(r"#([0-9A-F]{6})", self.points(x, y, 1, 1))
         return found and found.group(1)
+
+    def opened_pages(self):
+        return self.opened.read_text(encoding="utf-8").split() if self.opened.exists() else []
 
     def spawn(self, *command, **options):
         streams = {"stdin": subprocess.DEVNULL, "stdout": self.log, "stderr": self.log}

@@ -23,6 +23,7 @@ class Hand(ByMouse, ByKeys):
         super().__init__(nubaria, desktop)
         common = {"description": "Algo", "category": "Personal", "dateLimit": "22-11-2026", "urgency": "Media"}
         self.tasks = [{"id": f"{{{row}}}", "title": f"Tarea {row}", **common} for row in range(COUNT)]
+        self.manual = None  # its address
         self.tasks[1]["description"] = WORDS  # seen where that row is clicked
 
     steps = [*ByMouse.steps, *ByKeys.steps]

@@ -1,6 +1,7 @@
 """What a hand does with mouse and keys, and what it waits for in between."""
 
 import json
+import shutil
 import sys
 from pathlib import Path
 
@@ -132,11 +133,22 @@ class Handling:
     def wait_for_preference(self, line, store="Quenoli"):
         wait_for(lambda: line in self.nubaria.preferences(store).splitlines(), f"the preference {line}")
 
-    # The tasks
+    # What is there before the program starts
+
+    def install(self):
+        """Puts the program beside a manual, as its packages do, and returns the address of that."""
+        folder = self.desktop.folders["home"].parent / "installed"
+        page = folder / "manual" / "manual.es.html"
+        page.parent.mkdir(parents=True)
+        page.touch()
+        self.nubaria.program = shutil.copy(self.nubaria.program, folder)
+        return page.as_uri()
 
     def write_file(self):
         path = self.desktop.folders["home"] / "rmc.json"
         path.write_text(json.dumps(self.tasks), encoding="utf-8")
+
+    # The tasks
 
     def search_for_nothing(self):
         """Proves that the keys go to the search, and that everything before has been dealt with."""

@@ -10,8 +10,6 @@ from pathlib import Path
 from desktop import Desktop, markers, wait_for
 from reader import Reader, connect
 
-# The opened page is written to a file in the folder of temporary files.
-BROWSER = '#!/bin/sh\necho "$1" >>"$TMPDIR/opened"\n'
 # Reads the shell's own name as the first of the arguments.
 KEEPING_WORDS = ("sh", "-c", 'exec "$@" 2>>"$0"')
 MARK = "nubaria.tests.Mark"
@@ -51,15 +49,9 @@ class Session(Desktop):
         self.copies = []  # the processes that were started of it
         self.prefix = ()  # put before the program
         self.words = folder / "words"  # what the program writes on its standard error
-        self.opened = self.folders["tmp"] / "opened"  # the pages that the browser was asked for
         self.store = folder / "certificates"
         self.notified = folder / "notified"  # what the bus carried to the notification daemon
-        browser = folder / "bin" / "xdg-open"
-        browser.parent.mkdir()
-        browser.write_text(BROWSER, encoding="ascii")
-        browser.chmod(0o755)
         self.environment |= {
-            "PATH": f"{browser.parent}:{os.environ['PATH']}",
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "TZ": "UTC",
         }
@@ -102,9 +94,6 @@ class Session(Desktop):
     def left_markers(self):
         """The instance markers that copies of the program have left; the display has shared memory of its own."""
         return markers(set(self.copies))
-
-    def opened_pages(self):
-        return self.opened.read_text(encoding="utf-8").split() if self.opened.exists() else []
 
     def complaints(self):
         """What the program has written, but for what Qt says of keys that a busy screen reader hears of too late."""
