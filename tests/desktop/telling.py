@@ -27,8 +27,11 @@ def tell(story, pictures):
         picture(pictures / f"{number:02}-{name.replace('_', '-')}.png")
 
 
-def perform(usage, make_story):
-    """Tells the story with the program and into the folder of the command line; returns the result for the system."""
+def perform(usage, make_story, **options):
+    """Tells the story with the program and into the folder of the command line; returns the result for the system.
+
+    The options are those of the desktop.
+    """
     if len(sys.argv) != 3:
         print(usage, file=sys.stderr)
         return 2
@@ -38,7 +41,7 @@ def perform(usage, make_story):
         former.unlink()
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     folder = Path(tempfile.mkdtemp(prefix="ns"))
-    desktop = Desktop(folder)
+    desktop = Desktop(folder, **options)
     try:
         desktop.start()
         tell(make_story(Nubaria(str(program), desktop), desktop), pictures)
