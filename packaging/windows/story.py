@@ -12,7 +12,7 @@ from pathlib import Path
 
 from wine import Windows
 
-from desktop import Failure, colour, geometry, picture, press, run, wait_for
+from desktop import Failure, geometry, picture, press, run, wait_for
 from nubaria import Nubaria
 from telling import between, tell
 from updates import CERTIFICATES, Updates
@@ -115,9 +115,9 @@ class Story:
         left, top = geometry(self.dialog(installer, "Instalación de Nubaria"))[:2]
         picture(PICTURES / "first-page.png")
         side = (left + 80, top + 300)  # grey, but on the last page
-        grey = colour(*side)
+        grey = self.windows.colour(*side)
         press("Return")
-        wait_for(lambda: colour(*side) != grey, "the last page")
+        wait_for(lambda: self.windows.colour(*side) != grey, "the last page")
         picture(PICTURES / "last-page.png")
         self.nubaria.wait_for_tasks([WATERING])
         if self.preferences() != preferences or self.windows.files() != files:
