@@ -29,6 +29,7 @@ WINDOWS_OWN = (
     "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\",
 )
 BANNER_INSIDE = (30, 600)
+SCREEN = 1920, 1080
 SHORTCUT = "AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Nubaria.lnk"
 RUNNING, OLD_WINDOWS, CANCELLED = 3, 4, 1
 
@@ -103,6 +104,11 @@ class Story:
         press("Escape")
         self.wait_for_end(installer, CANCELLED)
 
+    def a_key_opens_the_manual(self):
+        press("F1")
+        page = self.windows.address(f"{self.place}\\manual\\manual.es.html")
+        wait_for(lambda: self.windows.opened_pages() == [page], "the manual")
+
     def closing_ends_the_program(self):
         run("xdotool", "windowactivate", "--sync", self.nubaria.window)
         press("alt+F4")
@@ -130,6 +136,19 @@ class Story:
         run("xdotool", "windowactivate", "--sync", window)
         press("alt+F4")
         wait_for(lambda: not self.opened(), "the window to go")
+
+    def the_window_fits_a_screen_at_150_percent(self):
+        self.windows.enlarge(150)
+        self.nubaria.start()
+        shown = geometry(self.nubaria.window)
+        if shown[2:] != (1563, 875):
+            raise Failure(f"the window is {shown[2]} by {shown[3]} instead of 1250 by 700 at 125 %")
+        if shown[0] < 0 or shown[1] < 0 or shown[0] + shown[2] > SCREEN[0] or shown[1] + shown[3] > SCREEN[1]:
+            raise Failure(f"the window at {shown[0]}, {shown[1]} is not within the screen")
+        picture(PICTURES / "at-150-percent.png")
+        press("alt+F4")
+        self.nubaria.wait_until_ended()
+        self.windows.enlarge(100)
 
     def a_newer_version_is_announced(self):
         self.windows.trust(CERTIFICATES / "authority.crt")
@@ -220,7 +239,7 @@ def main(installer, pictures):
         former.unlink()
     pictures.mkdir(parents=True, exist_ok=True)
     folder = Path(tempfile.mkdtemp(prefix="nw"))
-    windows = Windows(folder, "es_MX.UTF-8")
+    windows = Windows(folder, "es_MX.UTF-8", screen="{}x{}".format(*SCREEN))
     try:
         windows.start()
         place = f"C:\\users\\{windows.folders['home'].name}\\AppData\\Local\\Programs\\Nubaria"

@@ -17,6 +17,7 @@ WINE = "/usr/lib/wine"  # where Debian keeps it when it is for 64-bit programs a
 OTHERS = re.compile("windows/|users/[^/]+/(Temp/|AppData/LocalLow/Microsoft)")
 INTERNET = "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings\\Connections"
 TRUSTED = "HKCU\\Software\\Microsoft\\SystemCertificates\\Root\\Certificates"
+SCREEN = "HKCU\\Control Panel\\Desktop"
 LOCALES = ("en_US.UTF-8", "es_MX.UTF-8")
 FIRST_START = 300  # seconds until a new Windows is set up, on a busy machine
 
@@ -24,16 +25,16 @@ FIRST_START = 300  # seconds until a new Windows is set up, on a busy machine
 class Windows(Desktop):
     """A program's paths are those of Windows; `spawn` takes them as well as commands of the system.
 
-    Its user speaks the language of `locale`, one of `LOCALES`.
+    Its user speaks the language of `locale`, one of `LOCALES`. The options are those of the desktop.
     """
 
-    def __init__(self, folder, locale):
-        super().__init__(folder)
+    def __init__(self, folder, locale, **options):
+        super().__init__(folder, **options)
         self.prefix = folder / "wine"
         self.locales = folder / "locales"
         self.locales.mkdir()
         self.environment |= {
-            "PATH": f"{WINE}:{os.environ['PATH']}",
+            "PATH": f"{WINE}:{self.environment['PATH']}",
             "WINEPREFIX": str(self.prefix),
             "WINEDEBUG": "-all",
             "LOCPATH": str(self.locales),
@@ -49,6 +50,9 @@ class Windows(Desktop):
             run("localedef", "-i", language, "-f", encoding, str(self.locales / locale))
         self.wine("wineboot", "-i", patience=FIRST_START)
         self.become("win10")
+        # Without a browser of its own it does not know pages, although it can hand one to a program outside of it.
+        self.wine("reg", "add", "HKLM\\Software\\Classes\\.html", "/ve", "/d", "htmlfile", "/f")
+        self.enlarge(100)
         self.silence_servers()
         profile, = (path for path in (self.prefix / "drive_c" / "users").iterdir() if path.name != "Public")
         self.folders["home"] = profile
@@ -60,6 +64,11 @@ class Windows(Desktop):
 
     def become(self, version):
         self.wine("winecfg", "-v", version)
+
+    def enlarge(self, percent):
+        """Has the programs that are started from now on show everything at this scale."""
+        dots = str(round(96 * percent / 100))
+        self.wine("reg", "add", SCREEN, "/v", "LogPixels", "/t", "REG_DWORD", "/d", dots, "/f")
 
     def go_through(self, port):
         """Has every request to a server go to this port of the machine."""
@@ -105,6 +114,10 @@ class Windows(Desktop):
     def path(self, place):
         """The folder of Wine's that stands for a path of Windows."""
         return self.prefix / "drive_c" / place.removeprefix("C:\\").replace("\\", "/")
+
+    def address(self, place):
+        """What a program outside of Wine is told of a file."""
+        return f"file://{self.prefix}/dosdevices/c:/" + place.removeprefix("C:\\").replace("\\", "/")
 
     def files(self):
         """All files and folders but those of Windows itself and temporary ones."""
