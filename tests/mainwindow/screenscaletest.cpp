@@ -19,8 +19,9 @@ void plugIn(QSize size, double scale)
 {
     const QJsonObject screen{{u"name"_s, u"DP-1"_s}, {u"width"_s, size.width()}, {u"height"_s, size.height()},
         {u"logicalDpi"_s, qRound(96 * scale)}, {u"logicalBaseDpi"_s, 96}, {u"dpr"_s, 1}};
-    QFile file(QDir::temp().filePath(u"screens.json"_s));
-    if (!file.open(QFile::WriteOnly)) {
+    // Found without its path, in which Windows has a colon: Qt ends the name of the file there.
+    QFile file(u"screens.json"_s);
+    if (!QDir::setCurrent(QDir::tempPath()) || !file.open(QFile::WriteOnly)) {
         qFatal("no file for the screens");
     }
     file.write(QJsonDocument(QJsonObject{{u"screens"_s, QJsonArray{screen}}}).toJson());
