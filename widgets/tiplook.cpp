@@ -14,12 +14,14 @@ TipLook::TipLook(QObject *parent)
 
 bool TipLook::eventFilter(QObject *watched, QEvent *event)
 {
-    // Qt sets a sheet of its own each time, before it shows the tip.
-    if (event->type() == QEvent::Show && watched->isWidgetType() && watched->inherits("QTipLabel")) {
+    // Qt sets a sheet of its own each time, also where a tip that is still shown gets other words.
+    if (event->type() == QEvent::StyleChange && watched->isWidgetType() && watched->inherits("QTipLabel")) {
+        const QString look = u"font-family: Gantari; color: black; background-color: white;"
+                             " border: 1px solid #1c1c1c; padding: 3px;"_s;
         auto *tip = static_cast<QWidget *>(watched);
-        tip->setStyleSheet(u"font-family: Gantari; color: black; background-color: white;"
-                           " border: 1px solid #1c1c1c; padding: 3px;"_s);
-        tip->resize(tip->sizeHint());
+        if (tip->styleSheet() != look) {
+            tip->setStyleSheet(look);
+        }
     }
     return QObject::eventFilter(watched, event);
 }

@@ -122,8 +122,9 @@ class Notifier(Tray):
     def expect(self, title, text):
         self.told.append((title, text, "dialog-information", NOTICE_TIME))
         wait_for(lambda: len(self.notified()) >= len(self.told), f"the notice {title}")
-        self.expect_nothing()
+        # It leaves the screen by itself: what takes its time comes afterwards.
         wait_for(self.all_shown, f"the notice {title} on the screen")
+        self.expect_nothing()
         self.remarks.append(f'"{title}"')
 
     def expect_nothing(self):

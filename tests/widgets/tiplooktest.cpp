@@ -21,6 +21,12 @@ QWidget *shownTip()
     return nullptr;
 }
 
+void askForTip(QWidget *target)
+{
+    QHelpEvent event(QEvent::ToolTip, target->rect().center(), target->mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(target, &event);
+}
+
 bool isFramed(const QImage &picture)
 {
     const QRgb line = qRgb(0x1c, 0x1c, 0x1c);
@@ -51,16 +57,31 @@ private slots:
         QFETCH(QByteArray, button);
         MainWindow window;
         window.show();
-        QWidget *target = widget(window, button.constData());
-        QHelpEvent event(QEvent::ToolTip, target->rect().center(), target->mapToGlobal(QPoint()));
 
-        QCoreApplication::sendEvent(target, &event);
+        askForTip(widget(window, button.constData()));
 
         auto *tip = qobject_cast<QLabel *>(shownTip());
         QVERIFY(tip);
         QVERIFY(isFramed(tip->grab().toImage()));
         QCOMPARE(tip->fontInfo().family(), u"Gantari"_s);
         // All of its words have a place inside.
+        QVERIFY(tip->width() > QFontMetrics(tip->font()).horizontalAdvance(tip->text()));
+    }
+
+    void framesATipThatFollowsAnotherAtOnce()
+    {
+        MainWindow window;
+        window.show();
+        askForTip(widget(window, "TaskViewButton"));
+        const QWidget *first = shownTip();
+        QVERIFY(first);
+
+        askForTip(widget(window, "SaveTaskButton"));
+
+        auto *tip = qobject_cast<QLabel *>(shownTip());
+        QCOMPARE(tip, first); // with other words
+        QVERIFY(isFramed(tip->grab().toImage()));
+        QCOMPARE(tip->fontInfo().family(), u"Gantari"_s);
         QVERIFY(tip->width() > QFontMetrics(tip->font()).horizontalAdvance(tip->text()));
     }
 };
