@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocalSocket>
 #include <QNetworkProxy>
 #include <QSharedMemory>
@@ -43,12 +44,21 @@ QList<Segment> sharedMemorySegments()
     return segments;
 }
 
+// A marker is known by the inode of its key file, and a disk gives that of a removed file to the next one,
+// which may be that of another test: a copy of this one would then find a stranger's marker. In memory no
+// number comes again.
+QString foldersPlace()
+{
+    const QString memory = u"/dev/shm"_s;
+    return QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
+}
+
 } // namespace
 
 Session::Session(QString program)
     : m_program(std::move(program))
     , m_formerTemporaryFolder(qgetenv("TMPDIR"))
-    , m_folder(QDir::tempPath() + "/sXXXXXX"_L1)
+    , m_folder(foldersPlace() + "/sXXXXXX"_L1)
     , m_environment(QProcessEnvironment::systemEnvironment())
 {
     m_proxy.setProxy(QNetworkProxy::NoProxy);
@@ -164,7 +174,11 @@ bool endsWell(QProcess &copy)
 
 void endBySignal(QProcess &copy, int signal)
 {
-    kill(static_cast<pid_t>(copy.processId()), signal);
+    const auto process = static_cast<pid_t>(copy.processId());
+    if (process == 0) {
+        qFatal("the copy has ended by itself"); // 0 would be all processes of the group
+    }
+    kill(process, signal);
     if (!copy.waitForFinished(patience)) {
         qFatal("the copy survives signal %d", signal);
     }
