@@ -6,8 +6,8 @@
 /// The two stores of `QSettings` (native format, user scope) and every key in them, all at top level.
 namespace preferences {
 
-/// Has the store hold the truth value or number. One that it holds already is not written again: every start sets what it has
-/// just read, and each writing waits for the disk.
+/// Has the store hold the truth value or number. One that it holds already is not written again: every start
+/// sets what it has just read, and each writing waits for the disk.
 void keep(QSettings &store, QLatin1StringView key, const QVariant &value);
 
 /// The main store; every object of it sees what the others have written.

@@ -11,11 +11,11 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 /// Counts how often each widget is told that its style has changed.
-class Told final : public QObject
+class StyleChanges final : public QObject
 {
     Q_OBJECT
 public:
-    explicit Told(QWidget *window)
+    explicit StyleChanges(QWidget *window)
     {
         for (QWidget *widget : window->findChildren<QWidget *>()) {
             widget->installEventFilter(this);
@@ -53,7 +53,8 @@ private:
         QFrame *card = new QFrame(page);
         QLabel *label = new QLabel(u"Palabras"_s, card);
         QComboBox *chooser = new QComboBox(card);
-        QListView *list = nullptr;
+        // Its scroll bars are polished from their birth, and read the sheets of all above them.
+        QListView *list = new QListView(card);
 
         Window()
         {
@@ -65,8 +66,6 @@ private:
             label->setGeometry(10, 10, 100, 30);
             chooser->setGeometry(10, 50, 100, 30);
             window.resize(300, 200);
-            // Its scroll bars are polished from their birth, and read the sheets of all above them.
-            list = new QListView(card);
             list->setGeometry(120, 10, 70, 80);
         }
 
@@ -125,7 +124,7 @@ private slots:
     {
         Window shown;
         shown.window.show();
-        const Told told(&shown.window);
+        const StyleChanges told(&shown.window);
 
         shown.changes.make([&] { shown.recolour(u"green"_s); });
 
@@ -149,7 +148,7 @@ private slots:
     {
         Window unshown;
         unshown.chooser->view();
-        const Told told(&unshown.window);
+        const StyleChanges told(&unshown.window);
 
         unshown.changes.make([&] { unshown.recolour(u"green"_s); });
 
