@@ -5,7 +5,8 @@
 class QWidget;
 
 /// Has the choosers of a window build their pop-ups when they are first needed. Told of a new font, a chooser
-/// otherwise builds its pop-up at once, to hand the font on and to lay the items out.
+/// otherwise builds its pop-up at once, to hand the font on and to lay the items out. With Qt 6.8 one that
+/// gets items builds it already then.
 class UnbuiltPopUps final : public QObject
 {
     Q_OBJECT
